@@ -1,0 +1,1 @@
+# The Windows program, its resources and its Windows-side tests.
