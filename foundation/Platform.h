@@ -14,6 +14,9 @@ void DebugOutput(const MString& text);
 // Tests may capture the debug output; while capturing, every line is kept.
 void StartDebugCapture();
 MString StopDebugCapture(); // everything written since the start
+// The platform's own sink behind DebugOutput (the debugger's output on
+// Windows, stderr as UTF-8 everywhere).
+void PlatformDebugOutput(const char16_t* text);
 
 // ---- Message boxes. Every box of the system goes through ShowMessage: no
 // owner window, the program's name as title, task-modal.
