@@ -1,0 +1,49 @@
+#pragma once
+// A thin binary file over the platform's file handles that can also serve its
+// reads from a full copy of the file in memory. Sizes and positions are
+// 32-bit throughout: the files of the system are small.
+
+#include "foundation/MString.h"
+#include "foundation/MVector.h"
+
+#include <cstdint>
+
+struct MFile {
+    bool IsOpen = false;
+    void* Handle = nullptr;  // the platform's handle; null when closed or in memory
+    bool ForWriting = false;
+    bool InMemory = false;   // reads are served from Memory
+    MVector<uint8_t> Memory; // the file's contents in memory mode
+    int32_t Position = 0;    // read position in Memory, bytes
+    int32_t Size = -1;       // the file's size in bytes; -1 until known
+
+    MFile() = default;
+    MFile(const MFile&) = delete;
+    MFile& operator=(const MFile&) = delete;
+    ~MFile() { Close(); }
+
+    bool Open(const MString& path, bool forWriting, bool toMemory);
+    bool OpenMemory(const void* bytes, int32_t size);
+    bool Read(void* buffer, uint32_t size);
+    bool Write(const void* buffer, uint32_t size);
+    int32_t Tell();
+    bool Seek(int32_t position);
+    int32_t FileSize();
+    void Close();
+};
+
+// ---- The platform half, defined in MFile_win.cpp and MFile_posix.cpp. A
+// handle is opaque here; null stands for "no file".
+
+// Opens for writing (an existing file is deleted first, the new one is
+// shared with nobody) or for reading (shared with other readers, must
+// exist). Returns null on failure.
+void* PlatformFileOpen(const MString& path, bool forWriting);
+void PlatformFileClose(void* handle);
+// Each returns the number of bytes moved, or -1 on failure.
+int64_t PlatformFileRead(void* handle, void* buffer, uint32_t size);
+int64_t PlatformFileWrite(void* handle, const void* buffer, uint32_t size);
+// The file pointer after moving it to position (absolute), or -1 on failure.
+int64_t PlatformFileSeek(void* handle, int32_t position);
+int64_t PlatformFileTell(void* handle); // -1 on failure
+int64_t PlatformFileSize(void* handle); // -1 on failure
