@@ -17,6 +17,9 @@ struct WUndoRing {
     MVector<WSnapshot> Snapshots; // always 100
 
     WUndoRing();
+    ~WUndoRing();
+    WUndoRing(const WUndoRing&) = delete;
+    WUndoRing& operator=(const WUndoRing&) = delete;
     bool Push(const WSketch& sketch); // true if the points changed and were stored
 };
 
