@@ -44,6 +44,14 @@ struct WSketch {
     void GetBounds(float bounds[6]) const; // min x, max x, min y, max y, min z, max z
     bool IsFlat() const;
     void Commit();
+
+    // Operations on the whole sketch (SketchOperations.cpp).
+    bool CleanUp(); // false if nothing worth saving is left; does not commit
+    void TransformAll(bool centre, bool normalize);
+    void Scale(double factor); // about the world origin
+    void FlipHorizontal();
+    void FlipVertical();
+    void MakeFlat(); // asks first
 };
 
 // The one sketch of the process, set by its creation and cleared at its end.

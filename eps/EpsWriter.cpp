@@ -1,0 +1,140 @@
+// The EPS writer of the sketch. The whole text is built in memory before the
+// file is touched, so a refusal or a failure leaves an earlier file intact.
+
+#include "eps/EpsWriter.h"
+
+#include "foundation/MTextFile.h"
+#include "foundation/Platform.h"
+#include "shell/WSettings.h"
+#include "show/WriteShows.h"
+#include "sketch/WSketch.h"
+
+namespace {
+
+// One field and the blank behind it.
+void AppendNumber(MString& text, float value) {
+    text += MString(value);
+    text += MString(u" ");
+}
+
+// x y, or x y z in the 3D forms.
+void AppendPoint(MString& text, const MPoint3& p, bool threeD) {
+    AppendNumber(text, p.x);
+    AppendNumber(text, p.y);
+    if (threeD) AppendNumber(text, p.z);
+}
+
+// What ends a path before the next move and before the trailer.
+const char16_t* PathEnd(bool solid) {
+    return solid ? u"closepath\r\nfill\r\n" : u"0 setgray\r\n2 setlinewidth stroke\r\n";
+}
+
+} // namespace
+
+MString MakeEpsHeader(bool centre, bool scale, int32_t maxLinesPerCurve, const float box[6]) {
+    MString text(u"%!PS-Adobe-3.0 EPSF-3.0\r\n"
+                 u"%%Creator: Brambleworks Quillmere\r\n");
+    text += MString(centre ? u"%%Cinderlane Centre Y\r\n" : u"%%Cinderlane Centre N\r\n");
+    text += MString(scale ? u"%%Cinderlane Scale Y\r\n" : u"%%Cinderlane Scale N\r\n");
+    if (maxLinesPerCurve > 0)
+        text += MString(u"%%Cinderlane MaxLinesPerCurve ") + IntegerText(maxLinesPerCurve) + "\r\n";
+    text += MString(u"%%LanguageLevel: 2\r\n");
+    // Floats, decimals and all, rather than the integers of the convention:
+    // the box then matches the drawing exactly.
+    text += MString(u"%%BoundingBox: ") + MString(box[0] - 10.0f) + " " + MString(box[2] - 10.0f) +
+            " " + MString(box[1] + 10.0f) + " " + MString(box[3] + 10.0f) + "\r\n";
+    text += MString(u"%%Pages: 1\r\n"
+                    u"%%EndComments\r\n"
+                    u"%Page: 1 1\r\n"
+                    u"gsave\r\n"
+                    u"1 1 scale\r\n");
+    return text;
+}
+
+MString MakeEpsTrailer() {
+    return MString(u"grestore\r\n%%EOF\r\n");
+}
+
+// The operand count of every path line follows from two choices made once:
+// a sketch that is flat and saved without rolls is written in 2D; anything
+// else carries z, and with SaveRoll the roll too. A flat sketch's common z is
+// therefore lost in the 2D form. The HandleOut of a point is written by the
+// curve that follows it, and the handles of lines not at all.
+MString MakeSketchEps(const WSketch& sketch, const WSettings& settings) {
+    const bool threeD = !(sketch.IsFlat() && !settings.SaveRoll);
+    const bool withRoll = threeD && settings.SaveRoll;
+    const bool solid = settings.SaveSolid;
+
+    float box[6];
+    sketch.GetBounds(box);
+    MString text = MakeEpsHeader(settings.Centre, settings.Scale, settings.MaxLinesPerCurve, box);
+
+    bool drawn = false; // a line or curve has been written; never cleared
+    for (int32_t i = 0; i < sketch.PointCount; i++) {
+        const WSketchPoint& p = sketch.Points[i];
+        const char16_t* op;
+        if (p.Kind == KindMove) {
+            if (drawn) text += MString(PathEnd(solid));
+            op = u"moveto\r\n";
+        } else if (p.Kind == KindLine) {
+            op = u"lineto\r\n";
+        } else if (p.Kind == KindCurve) {
+            if (i > 0) AppendPoint(text, sketch.Points[i - 1].HandleOut, threeD);
+            AppendPoint(text, p.HandleIn, threeD);
+            op = u"curveto\r\n";
+        } else {
+            continue;
+        }
+        AppendPoint(text, p.Position, threeD);
+        if (withRoll) AppendPoint(text, p.Roll, true);
+        text += MString(op);
+        if (p.Kind != KindMove) drawn = true;
+    }
+    if (drawn) text += MString(PathEnd(solid));
+    text += MakeEpsTrailer();
+    return text;
+}
+
+bool SaveEps(MString& path) {
+    WSketch* sketch = TheSketch;
+    WSettings* settings = TheSettings;
+    if (!sketch || !settings) return false;
+
+    if (!sketch->CleanUp()) return false;
+    path.SetFileExtension(MString(u"eps"));
+
+    // Filling needs a flat drawing of closed outlines.
+    if (settings->SaveSolid) {
+        if (!sketch->IsFlat()) {
+            ShowMessage(MString(u"Your sketch can't be saved as solid because it's not 2D"),
+                        IconError);
+            return false;
+        }
+        for (int32_t i = 0; i < sketch->PointCount; i++) {
+            if (sketch->Points[i].Kind == KindMove && sketch->FindTwin(i) < 0) {
+                ShowMessage(MString(u"Your sketch can't be saved as solid because not all "
+                                    u"curves are closed"),
+                            IconError);
+                return false;
+            }
+        }
+    }
+
+    // A ride's templates need the track where it was drawn and at its own
+    // size, so the file must not ask a reader to move or scale it. The
+    // choice stays in the settings after the save.
+    for (int32_t t = 2; t <= 7; t++) {
+        if (settings->Template[t]) {
+            settings->Centre = false;
+            settings->Scale = false;
+            break;
+        }
+    }
+
+    MString text = MakeSketchEps(*sketch, *settings);
+    if (!WriteTextFile(text, path, Encoding8Bit)) return false;
+
+    sketch->Modified = 0;
+    WriteShows(path);
+    return true;
+}

@@ -1,0 +1,498 @@
+// Operations on the whole sketch: clean-up, centre and normalise, scale,
+// flips and making the sketch flat.
+
+#include "SketchTestSupport.h"
+
+#include "foundation/Platform.h"
+#include "sketch/WUndoRing.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+WSketchPoint Rec(uint8_t kind, MPoint3 position, MPoint3 in, MPoint3 out, MPoint3 roll,
+                 uint8_t smooth = 1) {
+    WSketchPoint r;
+    r.Position = position;
+    r.HandleIn = in;
+    r.HandleOut = out;
+    r.Roll = roll;
+    r.Smooth = smooth;
+    r.Kind = kind;
+    return r;
+}
+
+// A point of a straight run along x: handles one unit behind and ahead.
+WSketchPoint AlongX(uint8_t kind, float x, MPoint3 roll) {
+    return Rec(kind, P3(x, 0, 0), P3(x - 1, 0, 0), P3(x + 1, 0, 0), roll);
+}
+
+// A scripted message box: records texts and icons, answers in order.
+struct Script {
+    MString Texts[4];
+    MessageIcon Icons[4] = {};
+    MessageAnswer Answers[4] = {};
+    MessageScript Data;
+    explicit Script(MessageAnswer answer) {
+        Answers[0] = answer;
+        Data.Texts = Texts;
+        Data.Icons = Icons;
+        Data.Capacity = 4;
+        Data.Answers = Answers;
+        Data.AnswerCount = 1;
+        TheMessageScript = &Data;
+    }
+    ~Script() { TheMessageScript = nullptr; }
+};
+
+class SketchOperations : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (TheSketch) DestroySketch();
+        ASSERT_NE(CreateSketch(), nullptr);
+    }
+    void TearDown() override {
+        TheMessageScript = nullptr;
+        DestroySketch();
+    }
+    // Fills the sketch and makes that the saved, unmodified state, so that
+    // only a real change by the operation under test sets Modified.
+    WSketch& Load(const std::vector<WSketchPoint>& records) {
+        WSketch& s = *TheSketch;
+        Fill(s, records);
+        s.Commit();
+        s.Modified = 0;
+        return s;
+    }
+};
+
+// ---- Clean-up
+
+TEST_F(SketchOperations, CleanUpOfOneRecordEmptiesTheSketch) {
+    WSketch& s = Load({Record(4, 5, 6, KindMove)});
+    EXPECT_FALSE(s.CleanUp());
+    EXPECT_EQ(s.PointCount, 0);
+    EXPECT_EQ(s.Modified, 0); // the clean-up does not commit
+}
+
+TEST_F(SketchOperations, CleanUpOfAnEmptySketchFails) {
+    WSketch& s = *TheSketch;
+    EXPECT_FALSE(s.CleanUp());
+    EXPECT_EQ(s.PointCount, 0);
+}
+
+TEST_F(SketchOperations, CleanUpOfASegmentOfNoLengthLeavesNothing) {
+    WSketch& s = Load({Record(1, 1, 1, KindMove), Record(1, 1, 1, KindLine)});
+    EXPECT_FALSE(s.CleanUp());
+    EXPECT_EQ(s.PointCount, 0);
+}
+
+TEST_F(SketchOperations, CleanUpRepairsTheKindsAtBothEnds) {
+    WSketch& s = Load({AlongX(KindLine, 0, P3(0, 0, 1)),
+                       Rec(KindLine, P3(10, 0, 0), P3(9, 0, 0), P3(10, 1, 0), P3(0, 0, 1)),
+                       Rec(KindMove, P3(10, 10, 0), P3(10, 9, 0), P3(10, 11, 0), P3(0, 0, 1))});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 3);
+    EXPECT_EQ(s.Points[0].Kind, KindMove);
+    EXPECT_EQ(s.Points[1].Kind, KindLine);
+    EXPECT_EQ(s.Points[2].Kind, KindLine);
+}
+
+TEST_F(SketchOperations, TwoMovesInARowLoseTheFirst) {
+    WSketch& s =
+        Load({Record(0, 0, 0, KindMove), Record(5, 5, 0, KindMove), Record(10, 5, 0, KindLine)});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"Curve deleted with no points\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(5, 5, 0)));
+    EXPECT_EQ(s.Points[0].Kind, KindMove);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(10, 5, 0)));
+    EXPECT_EQ(s.Current, -1);
+}
+
+TEST_F(SketchOperations, ThreeMovesInARowLoseTheFirstTwo) {
+    WSketch& s = Load({Record(0, 0, 0, KindMove), Record(1, 0, 0, KindMove),
+                       Record(2, 0, 0, KindMove), Record(2, 7, 0, KindLine)});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()),
+              u"Curve deleted with no points\nCurve deleted with no points\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(2, 0, 0)));
+}
+
+TEST_F(SketchOperations, StraightCurveBecomesALineAndKeepsItsHandles) {
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(-5, 0, 0), P3(10, 0, 0), P3(0, 0, 1)),
+                       Rec(KindCurve, P3(30, 0, 0), P3(20, 0, 0), P3(40, 0, 0), P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"1 unnecessary curves changed into lines\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_EQ(s.Points[1].Kind, KindLine);
+    EXPECT_TRUE(SameBits(s.Points[0].HandleOut, P3(10, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(20, 0, 0)));
+}
+
+TEST_F(SketchOperations, CurveWithOneHandleOffItsChordStaysACurve) {
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(-5, 0, 0), P3(10, 0, 0), P3(0, 0, 1)),
+                       Rec(KindCurve, P3(30, 0, 0), P3(20, 1, 0), P3(40, 0, 0), P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"");
+    EXPECT_EQ(s.Points[1].Kind, KindCurve);
+}
+
+TEST_F(SketchOperations, ThreePointsOnALineWithEqualRollsBecomeTwo) {
+    WSketch& s = Load({AlongX(KindMove, 0, P3(0, 0, 1)), AlongX(KindLine, 10, P3(0, 0, 1)),
+                       AlongX(KindLine, 20, P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"1 unnecessary points deleted!\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(0, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(20, 0, 0)));
+    EXPECT_EQ(s.Points[1].Kind, KindLine);
+}
+
+TEST_F(SketchOperations, FourPointsOnALineWithEqualRollsBecomeTwo) {
+    WSketch& s = Load({AlongX(KindMove, 0, P3(0, 0, 1)), AlongX(KindLine, 10, P3(0, 0, 1)),
+                       AlongX(KindLine, 20, P3(0, 0, 1)), AlongX(KindLine, 35, P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"2 unnecessary points deleted!\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(35, 0, 0)));
+}
+
+TEST_F(SketchOperations, ThreePointsOnALineWithDifferentRollsAllStay) {
+    WSketch& s = Load({AlongX(KindMove, 0, P3(0, 0, 1)), AlongX(KindLine, 10, P3(0, 1, 0)),
+                       AlongX(KindLine, 20, P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"");
+    ASSERT_EQ(s.PointCount, 3);
+    EXPECT_TRUE(SameBits(s.Points[1].Roll, P3(0, 1, 0)));
+    EXPECT_TRUE(SameBits(s.Points[2].Roll, P3(0, 0, 1)));
+}
+
+TEST_F(SketchOperations, RollsArePerpendicularToThePathAfterCleanUp) {
+    // One roll leans into the path, the other lies exactly along it.
+    WSketch& s = Load({AlongX(KindMove, 0, P3(1, 1, 0)), AlongX(KindLine, 10, P3(3, 0, 0))});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 2);
+    const MPoint3& leaning = s.Points[0].Roll;
+    EXPECT_EQ(leaning.x, 0.0f);
+    EXPECT_FLOAT_EQ(leaning.y, 1.0f);
+    EXPECT_EQ(leaning.z, 0.0f);
+    // Along the path the frame has no X axis: the roll becomes zero, and the
+    // next clean-up gives it the stand-by of a level tangent.
+    EXPECT_EQ(s.Points[1].Roll.x, 0.0f);
+    EXPECT_EQ(s.Points[1].Roll.y, 0.0f);
+    EXPECT_EQ(s.Points[1].Roll.z, 0.0f);
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(s.Points[1].Roll.x, 0.0f);
+    EXPECT_EQ(s.Points[1].Roll.y, 0.0f);
+    EXPECT_EQ(s.Points[1].Roll.z, 1.0f);
+}
+
+TEST_F(SketchOperations, RollsOfASpaceCurveAreUnitAndPerpendicularAfterCleanUp) {
+    WSketch& s =
+        Load({Rec(KindMove, P3(0, 0, 0), P3(-3, -4, -12), P3(3, 4, 12), P3(1, 2, 3)),
+              Rec(KindCurve, P3(40, 10, -5), P3(30, 20, 5), P3(50, 0, -15), P3(0, 0, 0)),
+              Rec(KindCurve, P3(60, 60, 60), P3(55, 40, 70), P3(65, 80, 50), P3(-2, 7, 1))});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 3);
+    for (int32_t i = 0; i < 3; i++) {
+        const WSketchPoint& p = s.Points[i];
+        MPoint3 in = p.Position - p.HandleIn, out = p.HandleOut - p.Position;
+        Normalize3(in);
+        Normalize3(out);
+        MPoint3 tangent = in + out;
+        Normalize3(tangent);
+        EXPECT_NEAR(Dot3(p.Roll, tangent), 0.0f, 1e-6f) << i;
+        EXPECT_NEAR(Length3(p.Roll), 1.0f, 1e-6f) << i;
+    }
+}
+
+TEST_F(SketchOperations, CleanUpMakesTwinsEqualWithTheFirstWinning) {
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(-5, 5, 0), P3(5, -5, 0), P3(0, 0, 1), 1),
+                       Rec(KindLine, P3(20, 0, 0), P3(15, 0, 0), P3(25, 0, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(20, 20, 0), P3(20, 15, 0), P3(20, 25, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(0, 0, 0), P3(1, 1, 0), P3(9, 9, 9), P3(0, 1, 0), 0)});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 4);
+    const WSketchPoint &first = s.Points[0], &last = s.Points[3];
+    EXPECT_TRUE(SameBits(last.HandleIn, P3(-5, 5, 0)));
+    EXPECT_TRUE(SameBits(last.HandleOut, P3(5, -5, 0)));
+    EXPECT_TRUE(SameBits(last.Roll, first.Roll));
+    EXPECT_EQ(last.Smooth, 1);
+    EXPECT_EQ(first.Kind, KindMove);
+    EXPECT_EQ(last.Kind, KindLine);
+    EXPECT_TRUE(CheckInvariants(s));
+}
+
+TEST_F(SketchOperations, ZeroSegmentsAreRemovedWithTheirHandles) {
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(0, -1, 0), P3(0, 1, 0), P3(0, 0, 1)),
+                       Rec(KindCurve, P3(0.00001f, 0, 0), P3(-3, 3, 0), P3(3, 3, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(0, 10, 0), P3(0, 9, 0), P3(0, 11, 0), P3(0, 0, 1))});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(0, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[0].HandleOut, P3(0, 1, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(0, 10, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(0, 9, 0)));
+}
+
+TEST_F(SketchOperations, TwoIdenticalClosedCurvesEndAsOne) {
+    std::vector<WSketchPoint> triangle = {Record(0, 0, 0, KindMove), Record(30, 0, 0, KindLine),
+                                          Record(0, 30, 0, KindLine), Record(0, 0, 0, KindLine)};
+    std::vector<WSketchPoint> twice = triangle;
+    twice.insert(twice.end(), triangle.begin(), triangle.end());
+    WSketch& s = Load(twice);
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"Duplicate curve with 4 points deleted\n");
+    ASSERT_EQ(s.PointCount, 4);
+    for (int32_t i = 0; i < 4; i++) {
+        EXPECT_TRUE(SameBits(s.Points[i].Position, triangle[size_t(i)].Position)) << i;
+        EXPECT_EQ(s.Points[i].Kind, triangle[size_t(i)].Kind) << i;
+    }
+    EXPECT_EQ(s.FindTwin(0), 3);
+    EXPECT_TRUE(CheckInvariants(s));
+}
+
+TEST_F(SketchOperations, ALongerLaterCurveLosesOnlyTheRepeatedHead) {
+    WSketch& s =
+        Load({Record(0, 0, 0, KindMove), Record(10, 0, 0, KindLine), Record(0, 0, 0, KindMove),
+              Record(10, 0, 0, KindLine), Record(10, 10, 0, KindLine)});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"Duplicate curve with 2 points deleted\n");
+    ASSERT_EQ(s.PointCount, 3);
+    EXPECT_TRUE(SameBits(s.Points[2].Position, P3(10, 10, 0)));
+    EXPECT_EQ(s.Points[2].Kind, KindLine);
+}
+
+TEST_F(SketchOperations, ALaterShorterCurveIsNoDuplicateOfALongerOne) {
+    WSketch& s =
+        Load({Record(0, 0, 0, KindMove), Record(10, 0, 0, KindLine), Record(10, 10, 0, KindLine),
+              Record(0, 0, 0, KindMove), Record(10, 0, 0, KindLine)});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_EQ(Text(StopDebugCapture()), u"");
+    EXPECT_EQ(s.PointCount, 5);
+}
+
+TEST_F(SketchOperations, CleanUpReportsPointsBeforeCurves) {
+    WSketch& s = Load({AlongX(KindMove, 0, P3(0, 0, 1)), AlongX(KindLine, 10, P3(0, 0, 1)),
+                       AlongX(KindLine, 20, P3(0, 0, 1)),
+                       Rec(KindCurve, P3(40, 0, 0), P3(30, 0, 0), P3(50, 0, 0), P3(0, 0, 1))});
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    // The straightened curve makes a run of three lines whose middle point
+    // goes as well.
+    EXPECT_EQ(Text(StopDebugCapture()),
+              u"2 unnecessary points deleted!\n1 unnecessary curves changed into lines\n");
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(40, 0, 0)));
+}
+
+// ---- Centre and normalise
+
+TEST_F(SketchOperations, CentreOfAFlatSketchAtDepthFiveMovesItToZero) {
+    WSketch& s = Load({Record(0, 0, 5, KindMove), Record(10, 20, 5, KindLine)});
+    ASSERT_TRUE(s.IsFlat());
+    s.TransformAll(true, false);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(-5, -10, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(5, 10, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(5, 10, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleOut, P3(5, 10, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Roll, P3(0, 0, 1)));
+    EXPECT_TRUE(s.IsFlat());
+    EXPECT_EQ(s.Modified, 1);
+}
+
+TEST_F(SketchOperations, NormalizeOfASinglePointDoesNothing) {
+    WSketch& s = Load({Record(3, 4, 5, KindMove)});
+    WSketchPoint before = s.Points[0];
+    int32_t depth = s.Undo->Depth;
+    s.TransformAll(false, true);
+    EXPECT_TRUE(SameRecordBits(s.Points[0], before));
+    EXPECT_EQ(s.Modified, 0);
+    EXPECT_EQ(s.Undo->Depth, depth);
+}
+
+TEST_F(SketchOperations, NormalizeScalesTheLargestExtentTo200AboutTheOrigin) {
+    WSketch& s = Load({Record(10, 0, 0, KindMove), Record(60, 20, 0, KindLine)});
+    s.TransformAll(false, true);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(40, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(240, 80, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleOut, P3(240, 80, 0)));
+    EXPECT_EQ(s.Modified, 1);
+}
+
+TEST_F(SketchOperations, NormalizeCountsDepthToo) {
+    WSketch& s = Load({Record(0, 0, 0, KindMove), Record(1, 1, 100, KindLine)});
+    s.TransformAll(false, true);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(2, 2, 200)));
+}
+
+TEST_F(SketchOperations, CentreAndNormalizeScaleBehindTheMove) {
+    WSketch& s = Load({Record(10, 0, 0, KindMove), Record(60, 20, 0, KindLine)});
+    s.TransformAll(true, true);
+    EXPECT_EQ(s.Points[0].Position.x, -100.0f);
+    EXPECT_EQ(s.Points[0].Position.y, -40.0f);
+    EXPECT_EQ(s.Points[0].Position.z, 0.0f);
+    EXPECT_EQ(s.Points[1].Position.x, 100.0f);
+    EXPECT_EQ(s.Points[1].Position.y, 40.0f);
+    EXPECT_EQ(s.Points[1].Position.z, 0.0f);
+}
+
+TEST_F(SketchOperations, TransformAllWithoutFlagsDoesNothing) {
+    WSketch& s = Load({Record(10, 0, 0, KindMove), Record(60, 20, 0, KindLine)});
+    s.TransformAll(false, false);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(60, 20, 0)));
+    EXPECT_EQ(s.Modified, 0);
+}
+
+// ---- Scale
+
+TEST_F(SketchOperations, ScaleMultipliesInDoubleAndRoundsOnce) {
+    WSketch& s = Load({Rec(KindMove, P3(10, -10, 10), P3(10, 0, 0), P3(0, 0, -10), P3(0, 1, 0)),
+                       Record(20, 0, 0, KindLine)});
+    s.Scale(1.1);
+    // 10 * 1.1 is 11 once rounded; with the float 1.1 it would be 11.0000002.
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(11, -11, 11)));
+    EXPECT_TRUE(SameBits(s.Points[0].HandleIn, P3(11, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[0].HandleOut, P3(0, 0, -11)));
+    EXPECT_TRUE(SameBits(s.Points[0].Roll, P3(0, 1, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(22, 0, 0)));
+    EXPECT_EQ(s.Modified, 1);
+    s.Scale(0.9);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(19.8f, 0, 0)));
+}
+
+TEST_F(SketchOperations, OperationsOnAnEmptySketchDoNothing) {
+    WSketch& s = *TheSketch;
+    int32_t depth = s.Undo->Depth;
+    s.Scale(1.1);
+    s.FlipHorizontal();
+    s.FlipVertical();
+    s.TransformAll(true, true);
+    EXPECT_EQ(s.PointCount, 0);
+    EXPECT_EQ(s.Modified, 0);
+    EXPECT_EQ(s.Undo->Depth, depth);
+}
+
+// ---- Flips
+
+TEST_F(SketchOperations, FlipHorizontalInvertsXOfAllFourVectors) {
+    WSketch& s = Load({Rec(KindMove, P3(1, 2, 3), P3(-4, 5, 6), P3(0, 8, 9), P3(0.5f, 0.5f, 0)),
+                       Record(7, 7, 7, KindLine)});
+    s.FlipHorizontal();
+    const WSketchPoint& p = s.Points[0];
+    EXPECT_TRUE(SameBits(p.Position, P3(-1, 2, 3)));
+    EXPECT_TRUE(SameBits(p.HandleIn, P3(4, 5, 6)));
+    EXPECT_TRUE(SameBits(p.HandleOut, P3(-0.0f, 8, 9)));
+    EXPECT_TRUE(SameBits(p.Roll, P3(-0.5f, 0.5f, 0)));
+    EXPECT_EQ(s.Modified, 1);
+}
+
+TEST_F(SketchOperations, FlipVerticalInvertsYOfAllFourVectors) {
+    WSketch& s = Load({Rec(KindMove, P3(1, 2, 3), P3(4, -5, 6), P3(7, 0, 9), P3(0.5f, 0.5f, 0)),
+                       Record(7, 7, 7, KindLine)});
+    s.FlipVertical();
+    const WSketchPoint& p = s.Points[0];
+    EXPECT_TRUE(SameBits(p.Position, P3(1, -2, 3)));
+    EXPECT_TRUE(SameBits(p.HandleIn, P3(4, 5, 6)));
+    EXPECT_TRUE(SameBits(p.HandleOut, P3(7, -0.0f, 9)));
+    EXPECT_TRUE(SameBits(p.Roll, P3(0.5f, -0.5f, 0)));
+}
+
+TEST_F(SketchOperations, FlipTwiceGivesBackTheSameBits) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    std::vector<WSketchPoint> records = {
+        Rec(KindMove, P3(1.1f, -0.0f, 3), P3(0, 5.5f, nan), P3(nan, 1e-30f, 9), P3(0.3f, 0, 1)),
+        Rec(KindCurve, P3(-7.25f, 7, 7), P3(1, 2, 3), P3(4, 5, 6), P3(0, 0, 0))};
+    WSketch& s = Load(records);
+    s.FlipHorizontal();
+    EXPECT_FALSE(SameRecordBits(s.Points[0], records[0]));
+    s.FlipHorizontal();
+    s.FlipVertical();
+    s.FlipVertical();
+    for (int32_t i = 0; i < 2; i++)
+        EXPECT_TRUE(SameRecordBits(s.Points[i], records[size_t(i)]));
+}
+
+// ---- Make flat
+
+TEST_F(SketchOperations, MakeFlatOfAFlatSketchOnlySaysSo) {
+    WSketch& s = Load({Record(0, 0, 2, KindMove), Record(10, 0, 2, KindLine)});
+    Script script(AnswerYes);
+    s.MakeFlat();
+    ASSERT_EQ(script.Data.Count, 1);
+    EXPECT_EQ(Text(script.Texts[0]), u"The sketch is already 2D!");
+    EXPECT_EQ(script.Icons[0], IconInformation);
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(0, 0, 2)));
+    EXPECT_EQ(s.Modified, 0);
+}
+
+std::vector<WSketchPoint> Bent() {
+    return {Rec(KindMove, P3(0, 0, 3), P3(-1, 0, 3), P3(1, 0, -4), P3(0, 1, 0)),
+            Rec(KindLine, P3(10, 0, 7), P3(9, 0, 7), P3(10, 1, 7), P3(0, 0, 1)),
+            Rec(KindCurve, P3(10, 10, -2), P3(12, 8, 1), P3(10, 11, -2), P3(1, 0, 0))};
+}
+
+TEST_F(SketchOperations, MakeFlatAnsweredNoOrCancelLeavesAll) {
+    for (MessageAnswer answer : {AnswerNo, AnswerCancel}) {
+        std::vector<WSketchPoint> records = Bent();
+        WSketch& s = Load(records);
+        Script script(answer);
+        s.MakeFlat();
+        ASSERT_EQ(script.Data.Count, 1);
+        EXPECT_EQ(Text(script.Texts[0]), u"Are you sure you want to make your sketch 2D?");
+        EXPECT_EQ(script.Icons[0], IconQuestion);
+        ASSERT_EQ(s.PointCount, 3);
+        for (int32_t i = 0; i < 3; i++)
+            EXPECT_TRUE(SameRecordBits(s.Points[i], records[size_t(i)])) << i;
+        EXPECT_EQ(s.Modified, 0);
+    }
+}
+
+TEST_F(SketchOperations, MakeFlatAnsweredYesDropsDepthAndCleansUp) {
+    WSketch& s = Load(Bent());
+    Script script(AnswerYes);
+    s.MakeFlat();
+    ASSERT_EQ(script.Data.Count, 1);
+    EXPECT_EQ(Text(script.Texts[0]), u"Are you sure you want to make your sketch 2D?");
+    ASSERT_EQ(s.PointCount, 3);
+    for (int32_t i = 0; i < 3; i++) {
+        const WSketchPoint& p = s.Points[i];
+        EXPECT_EQ(p.Position.z, 0.0f) << i;
+        EXPECT_EQ(p.HandleIn.z, 0.0f) << i;
+        EXPECT_EQ(p.HandleOut.z, 0.0f) << i;
+        // (0, 0, 1) through the frame of a level tangent stays upright.
+        EXPECT_EQ(p.Roll.x, 0.0f) << i;
+        EXPECT_EQ(p.Roll.y, 0.0f) << i;
+        EXPECT_FLOAT_EQ(p.Roll.z, 1.0f) << i;
+    }
+    EXPECT_TRUE(SameBits(s.Points[2].Position, P3(10, 10, 0)));
+    EXPECT_TRUE(s.IsFlat());
+    EXPECT_EQ(s.Modified, 1);
+}
+
+TEST_F(SketchOperations, MakeFlatAnsweredYesCleansUpWhatFlatteningMadeStraight) {
+    // Seen from above the three points lie on one line; only their depth
+    // bent the path.
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(-1, 0, 0), P3(1, 0, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(10, 0, 50), P3(9, 0, 50), P3(11, 0, 50), P3(0, 0, 1)),
+                       Rec(KindLine, P3(20, 0, 0), P3(19, 0, 0), P3(21, 0, 0), P3(0, 0, 1))});
+    Script script(AnswerYes);
+    s.MakeFlat();
+    ASSERT_EQ(s.PointCount, 2);
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(20, 0, 0)));
+}
+
+} // namespace
