@@ -62,8 +62,11 @@ bool IsKeyDown(KeyCode key) {
     return (GetAsyncKeyState(keys[key]) & 0x8000) != 0;
 }
 
+// UTF-8 takes no MB_PRECOMPOSED: Windows refuses the call then, and Wine,
+// which lets it pass, is made to agree.
 int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source, int32_t sourceLength,
                      char16_t* target, int32_t targetLength) {
+    if (codePage == 65001 && flags != 0) return 0;
     DWORD win32Flags = (flags & ConvertPrecomposed) ? MB_PRECOMPOSED : 0;
     return MultiByteToWideChar(codePage, win32Flags, source, sourceLength,
                                reinterpret_cast<wchar_t*>(target), targetLength);
