@@ -21,7 +21,8 @@ namespace {
 int32_t WideLength(const char16_t* text) {
     int32_t n = 0;
     if (text)
-        while (text[n]) n++;
+        while (text[n])
+            n++;
     return n;
 }
 
@@ -55,7 +56,8 @@ struct WideBuffer {
     wchar_t* Units = Small;
     explicit WideBuffer(const MString& text) {
         if (text.Length >= 64) Units = new wchar_t[size_t(text.Length) + 1];
-        for (int32_t i = 0; i < text.Length; i++) Units[i] = wchar_t(text.Text[i]);
+        for (int32_t i = 0; i < text.Length; i++)
+            Units[i] = wchar_t(text.Text[i]);
         Units[text.Length] = 0;
     }
     ~WideBuffer() {
@@ -98,7 +100,8 @@ MString::MString(float value) {
     std::snprintf(buffer, sizeof buffer, "%f", double(value));
     size_t n = std::strlen(buffer);
     if (std::strchr(buffer, '.')) {
-        while (n > 0 && buffer[n - 1] == '0') n--;
+        while (n > 0 && buffer[n - 1] == '0')
+            n--;
         if (n > 0 && buffer[n - 1] == '.') n--;
         buffer[n] = 0;
     }
@@ -106,7 +109,9 @@ MString::MString(float value) {
     AssignNarrow(buffer, 0);
 }
 
-MString::~MString() { delete[] Text; }
+MString::~MString() {
+    delete[] Text;
+}
 
 bool MString::Reserve(int32_t capacity, bool keep) {
     if (capacity <= 0) {
@@ -148,7 +153,8 @@ void MString::AssignNarrow(const char* text, uint32_t codePage) {
     size_t bytes = std::strlen(text);
     if (codePage == 0) {
         char16_t* block = new char16_t[bytes + 1];
-        for (size_t i = 0; i < bytes; i++) block[i] = char16_t(static_cast<unsigned char>(text[i]));
+        for (size_t i = 0; i < bytes; i++)
+            block[i] = char16_t(static_cast<unsigned char>(text[i]));
         block[bytes] = 0;
         delete[] Text;
         Text = block;
@@ -266,15 +272,13 @@ int32_t MString::Find(const MString& what, int32_t from) const {
     if (what.Length == 0 || Length == 0) return -1;
     if (from < 0) from = 0;
     for (int32_t i = from; i + what.Length <= Length; i++)
-        if (std::memcmp(Text + i, what.Text, size_t(what.Length) * sizeof(char16_t)) == 0)
-            return i;
+        if (std::memcmp(Text + i, what.Text, size_t(what.Length) * sizeof(char16_t)) == 0) return i;
     return -1;
 }
 
 bool MString::operator==(const MString& other) const {
     if (Length != other.Length) return false;
-    return Length == 0 ||
-           std::memcmp(Text, other.Text, size_t(Length) * sizeof(char16_t)) == 0;
+    return Length == 0 || std::memcmp(Text, other.Text, size_t(Length) * sizeof(char16_t)) == 0;
 }
 
 // Returning when find equals with is what keeps ReplaceLineEnds from looping.
@@ -285,8 +289,7 @@ void MString::ReplaceFirst(const MString& find, const MString& with) {
     int32_t length = Length - find.Length + with.Length;
     char16_t* block = new char16_t[size_t(length) + 1];
     std::memcpy(block, Text, size_t(at) * sizeof(char16_t));
-    if (with.Length > 0)
-        std::memcpy(block + at, with.Text, size_t(with.Length) * sizeof(char16_t));
+    if (with.Length > 0) std::memcpy(block + at, with.Text, size_t(with.Length) * sizeof(char16_t));
     int32_t tail = Length - at - find.Length;
     std::memcpy(block + at + with.Length, Text + at + find.Length, size_t(tail) * sizeof(char16_t));
     block[length] = 0;
@@ -303,7 +306,8 @@ void MString::ReplaceLineEnds(const MString& with) {
     for (const char16_t* text : patterns) {
         MString pattern(text);
         if (pattern == with || with.Find(pattern) >= 0) continue;
-        while (Find(pattern) >= 0) ReplaceFirst(pattern, with);
+        while (Find(pattern) >= 0)
+            ReplaceFirst(pattern, with);
     }
 }
 
@@ -320,8 +324,10 @@ void MString::Trim() {
     if (!Text) return;
     auto blank = [](char16_t c) { return c <= 32 || c == 127; };
     int32_t first = 0, end = Length;
-    while (first < end && blank(Text[first])) first++;
-    while (end > first && blank(Text[end - 1])) end--;
+    while (first < end && blank(Text[first]))
+        first++;
+    while (end > first && blank(Text[end - 1]))
+        end--;
     if (end == first) {
         Reserve(0, false);
         return;
@@ -345,7 +351,8 @@ MString MString::FileExtension() const {
     }
     if (dot < 0) return result;
     int32_t at = query >= 0 ? query : Length - 1;
-    while (at >= 0 && Text[at] != u'.') at--;
+    while (at >= 0 && Text[at] != u'.')
+        at--;
     if (at < 0) return result;
     result = Join(Text + at + 1, Length - at - 1, nullptr, 0);
     UpperCaseInPlace(result.Text, result.Length);
@@ -382,7 +389,8 @@ MString MString::Line(int32_t index) const {
     int32_t start = 0;
     for (int32_t line = 0;; line++) {
         int32_t end = start;
-        while (end < Length && Text[end] != u'\r' && Text[end] != u'\n') end++;
+        while (end < Length && Text[end] != u'\r' && Text[end] != u'\n')
+            end++;
         if (line == index) return Join(Text + start, end - start, nullptr, 0);
         if (end >= Length) return MString();
         char16_t first = Text[end];

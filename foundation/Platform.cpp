@@ -30,7 +30,9 @@ void DebugOutput(const char16_t* text) {
     PlatformDebugOutput(text);
 }
 
-void DebugOutput(const MString& text) { DebugOutput(text.Chars()); }
+void DebugOutput(const MString& text) {
+    DebugOutput(text.Chars());
+}
 
 void StartDebugCapture() {
     CaptureBuffer().clear();

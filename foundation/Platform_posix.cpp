@@ -59,7 +59,9 @@ uint32_t MilliSeconds() {
 }
 
 // The native build has no keyboard of its own.
-bool IsKeyDown(KeyCode) { return false; }
+bool IsKeyDown(KeyCode) {
+    return false;
+}
 
 // ---- Code page conversion
 
@@ -69,10 +71,10 @@ const char16_t Replacement = 0xFFFD;
 
 // The upper half of Windows-1252. The five holes (0x81, 0x8D, 0x8F, 0x90,
 // 0x9D) map to the C1 control of the same value, as Windows' own table does.
-const char16_t Cp1252High[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+const char16_t Cp1252High[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 // Writes units to the target while counting them; with no target (a size
 // query) it only counts. Overflow of a real target is remembered so the call
@@ -215,7 +217,8 @@ int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source, int3
     if (!source || targetLength < 0 || (targetLength > 0 && !target)) return 0;
     if (sourceLength == -1) {
         sourceLength = 1;
-        while (source[sourceLength - 1]) sourceLength++;
+        while (source[sourceLength - 1])
+            sourceLength++;
     }
     if (sourceLength <= 0) return 0;
     Sink<char16_t> out{targetLength > 0 ? target : nullptr, targetLength};
@@ -240,7 +243,8 @@ int32_t WideToNarrow(uint32_t codePage, const char16_t* source, int32_t sourceLe
     if (!source || targetLength < 0 || (targetLength > 0 && !target)) return 0;
     if (sourceLength == -1) {
         sourceLength = 1;
-        while (source[sourceLength - 1]) sourceLength++;
+        while (source[sourceLength - 1])
+            sourceLength++;
     }
     if (sourceLength <= 0) return 0;
     Sink<char> out{targetLength > 0 ? target : nullptr, targetLength};
@@ -283,10 +287,12 @@ char16_t MapCase(char16_t c, bool upper) {
 
 void UpperCaseInPlace(char16_t* text, int32_t length) {
     if (!text) return;
-    for (int32_t i = 0; i < length; i++) text[i] = MapCase(text[i], true);
+    for (int32_t i = 0; i < length; i++)
+        text[i] = MapCase(text[i], true);
 }
 
 void LowerCaseInPlace(char16_t* text, int32_t length) {
     if (!text) return;
-    for (int32_t i = 0; i < length; i++) text[i] = MapCase(text[i], false);
+    for (int32_t i = 0; i < length; i++)
+        text[i] = MapCase(text[i], false);
 }

@@ -12,7 +12,9 @@
 
 namespace {
 
-const wchar_t* Wide(const char16_t* text) { return reinterpret_cast<const wchar_t*>(text); }
+const wchar_t* Wide(const char16_t* text) {
+    return reinterpret_cast<const wchar_t*>(text);
+}
 
 // A copy of debug output and box texts on stderr, as UTF-8 bytes, so that
 // tests and journeys run under Wine can read what the program said. Written
@@ -46,16 +48,22 @@ MessageAnswer PlatformMessageBox(const MString& text, MessageIcon icon, MessageB
     int answer = MessageBoxW(nullptr, Wide(text.Chars()), Wide(TheProgramName),
                              MB_TASKMODAL | icons[icon] | buttonSets[buttons]);
     switch (answer) {
-    case IDOK: return AnswerOk;
-    case IDYES: return AnswerYes;
-    case IDNO: return AnswerNo;
-    case IDCANCEL: return AnswerCancel;
+    case IDOK:
+        return AnswerOk;
+    case IDYES:
+        return AnswerYes;
+    case IDNO:
+        return AnswerNo;
+    case IDCANCEL:
+        return AnswerCancel;
     default: // the box could not be shown: the answer that changes nothing
         return buttons == ButtonsOk ? AnswerOk : buttons == ButtonsYesNo ? AnswerNo : AnswerCancel;
     }
 }
 
-uint32_t MilliSeconds() { return GetTickCount(); }
+uint32_t MilliSeconds() {
+    return GetTickCount();
+}
 
 bool IsKeyDown(KeyCode key) {
     static const int keys[] = {VK_CONTROL, VK_SHIFT, VK_MENU, VK_ESCAPE};

@@ -130,15 +130,18 @@ TEST(MRandom, LargeRangeGivesOnlyTenThousandValues) {
         steps.insert(int32_t(scaled));
     }
     EXPECT_EQ(steps.size(), 10000u);
-    for (int32_t value : seen) ASSERT_EQ(steps.count(value), 1u) << value;
+    for (int32_t value : seen)
+        ASSERT_EQ(steps.count(value), 1u) << value;
     EXPECT_GT(seen.size(), 9900u);
     // So nine in ten values of the range never come out.
     int32_t missing = 0;
-    for (int32_t value = 0; value < 100000; value++) missing += seen.count(value) == 0;
+    for (int32_t value = 0; value < 100000; value++)
+        missing += seen.count(value) == 0;
     EXPECT_GE(missing, 90000);
     // Just below the threshold every residue is reachable.
     MRandomSeed = 5;
     std::set<int32_t> small;
-    for (int i = 0; i < 300000; i++) small.insert(MRandomInt(32766) % 10);
+    for (int i = 0; i < 300000; i++)
+        small.insert(MRandomInt(32766) % 10);
     EXPECT_EQ(small.size(), 10u);
 }

@@ -17,12 +17,15 @@
 
 namespace {
 
-std::u16string U(const MString& s) { return std::u16string(s.Chars()); }
+std::u16string U(const MString& s) {
+    return std::u16string(s.Chars());
+}
 
 // The text of a 7-bit string as bytes, for comparison with printf output.
 std::string Ascii(const MString& s) {
     std::string out;
-    for (int32_t i = 0; i < s.Length; i++) out += char(s.Text[i]);
+    for (int32_t i = 0; i < s.Length; i++)
+        out += char(s.Text[i]);
     return out;
 }
 
@@ -33,7 +36,8 @@ std::string ExpectedFloatText(float value) {
     std::snprintf(buffer, sizeof buffer, "%f", double(value));
     std::string text = buffer;
     if (text.find('.') != std::string::npos) {
-        while (!text.empty() && text.back() == '0') text.pop_back();
+        while (!text.empty() && text.back() == '0')
+            text.pop_back();
         if (!text.empty() && text.back() == '.') text.pop_back();
     }
     if (text == "-0") text = "0";
@@ -535,7 +539,8 @@ TEST(MString, FloatTextSweepMatchesPrintfWithTrimming) {
     }
     // Random values of the sizes that sketches hold.
     std::uniform_real_distribution<float> coordinates(-1000.0f, 1000.0f);
-    for (int i = 0; i < 20000; i++) check(coordinates(bits));
+    for (int i = 0; i < 20000; i++)
+        check(coordinates(bits));
     EXPECT_GT(checked, 55000);
 }
 

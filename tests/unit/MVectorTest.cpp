@@ -55,7 +55,8 @@ TEST(MVector, SetCountZeroOrNegativeFrees) {
 TEST(MVector, GrowthKeepsElementsAndZeroesNewOnes) {
     MVector<int32_t> v;
     ASSERT_TRUE(v.SetCount(3));
-    for (int32_t i = 0; i < 3; i++) EXPECT_EQ(v[i], 0);
+    for (int32_t i = 0; i < 3; i++)
+        EXPECT_EQ(v[i], 0);
     v[0] = 10;
     v[1] = 11;
     v[2] = 12;
@@ -64,16 +65,19 @@ TEST(MVector, GrowthKeepsElementsAndZeroesNewOnes) {
     EXPECT_EQ(v[0], 10);
     EXPECT_EQ(v[1], 11);
     EXPECT_EQ(v[2], 12);
-    for (int32_t i = 3; i < 1000; i++) ASSERT_EQ(v[i], 0) << i;
+    for (int32_t i = 3; i < 1000; i++)
+        ASSERT_EQ(v[i], 0) << i;
 }
 
 TEST(MVector, ShrinkKeepsFirstElements) {
     MVector<int32_t> v;
     ASSERT_TRUE(v.SetCount(10));
-    for (int32_t i = 0; i < 10; i++) v[i] = i * i;
+    for (int32_t i = 0; i < 10; i++)
+        v[i] = i * i;
     ASSERT_TRUE(v.SetCount(4));
     EXPECT_EQ(v.Count, 4);
-    for (int32_t i = 0; i < 4; i++) EXPECT_EQ(v[i], i * i);
+    for (int32_t i = 0; i < 4; i++)
+        EXPECT_EQ(v[i], i * i);
     ASSERT_TRUE(v.SetCount(6)); // regrown: the lost ones come back constructed
     EXPECT_EQ(v[3], 9);
     EXPECT_EQ(v[4], 0);

@@ -15,15 +15,16 @@
 
 namespace {
 
-std::u16string U(const MString& s) { return std::u16string(s.Chars()); }
+std::u16string U(const MString& s) {
+    return std::u16string(s.Chars());
+}
 
 // Whole-text conversion through a size query, as the file code does it.
 std::u16string FromUtf8(const std::string& bytes) {
     int32_t n = NarrowToWide(65001, 0, bytes.data(), int32_t(bytes.size()), nullptr, 0);
     std::u16string out(size_t(n), u'\0');
     if (n > 0) {
-        int32_t written =
-            NarrowToWide(65001, 0, bytes.data(), int32_t(bytes.size()), &out[0], n);
+        int32_t written = NarrowToWide(65001, 0, bytes.data(), int32_t(bytes.size()), &out[0], n);
         EXPECT_EQ(written, n);
     }
     return out;
@@ -62,24 +63,36 @@ TEST(Platform, Utf8BeyondTheBmpBecomesSurrogatePair) {
 }
 
 TEST(Platform, Utf8InvalidBytesBecomeReplacementCharacters) {
-    EXPECT_EQ(FromUtf8("a\xFF" "b"), u"a\uFFFDb");
-    EXPECT_EQ(FromUtf8("a\x80" "b"), u"a\uFFFDb"); // stray continuation
-    EXPECT_EQ(FromUtf8("\xC3" "x"), u"\uFFFDx");   // lead without continuation
+    EXPECT_EQ(FromUtf8("a\xFF"
+                       "b"),
+              u"a\uFFFDb");
+    EXPECT_EQ(FromUtf8("a\x80"
+                       "b"),
+              u"a\uFFFDb"); // stray continuation
+    EXPECT_EQ(FromUtf8("\xC3"
+                       "x"),
+              u"\uFFFDx");                            // lead without continuation
     EXPECT_EQ(FromUtf8("\xC0\xAF"), u"\uFFFD\uFFFD"); // overlong "/"
-    EXPECT_EQ(FromUtf8("ok\xC3"), u"ok\uFFFD");    // cut at the end
+    EXPECT_EQ(FromUtf8("ok\xC3"), u"ok\uFFFD");       // cut at the end
     EXPECT_EQ(FromUtf8("\xF5\x80"), u"\uFFFD\uFFFD"); // beyond U+10FFFF
 }
 
 TEST(Platform, Utf8EncodedSurrogateIsInvalid) {
-    std::u16string text = FromUtf8("\xED\xA0\x80" "z");
+    std::u16string text = FromUtf8("\xED\xA0\x80"
+                                   "z");
     ASSERT_FALSE(text.empty());
     EXPECT_EQ(text.back(), u'z');
-    for (size_t i = 0; i + 1 < text.size(); i++) EXPECT_EQ(text[i], char16_t(0xFFFD)) << i;
+    for (size_t i = 0; i + 1 < text.size(); i++)
+        EXPECT_EQ(text[i], char16_t(0xFFFD)) << i;
 }
 
 TEST(Platform, Utf8TruncatedSequenceBeforeText) {
-    EXPECT_EQ(FromUtf8("\xE2\x82" "x"), u"\uFFFDx");
-    EXPECT_EQ(FromUtf8("\xF0\x9F\x98" "x"), u"\uFFFDx");
+    EXPECT_EQ(FromUtf8("\xE2\x82"
+                       "x"),
+              u"\uFFFDx");
+    EXPECT_EQ(FromUtf8("\xF0\x9F\x98"
+                       "x"),
+              u"\uFFFDx");
 }
 
 TEST(Platform, SizeQueryAndTooSmallTarget) {
@@ -111,7 +124,8 @@ TEST(Platform, WideToUtf8) {
     std::u16string lone = u"a";
     lone += char16_t(0xD800);
     lone += u"b";
-    EXPECT_EQ(ToNarrow(65001, lone), "a\xEF\xBF\xBD" "b");
+    EXPECT_EQ(ToNarrow(65001, lone), "a\xEF\xBF\xBD"
+                                     "b");
     std::u16string trailing = u"a";
     trailing += char16_t(0xDC00);
     EXPECT_EQ(ToNarrow(65001, trailing), "a\xEF\xBF\xBD");
