@@ -10,7 +10,7 @@
 
 struct MFile {
     bool IsOpen = false;
-    void* Handle = nullptr;  // the platform's handle; null when closed or in memory
+    void* Handle = nullptr; // the platform's handle; null when closed or in memory
     bool ForWriting = false;
     bool InMemory = false;   // reads are served from Memory
     MVector<uint8_t> Memory; // the file's contents in memory mode

@@ -21,8 +21,12 @@ namespace {
 
 // The descriptor is kept one above its value so that descriptor 0 is never
 // mistaken for "no file".
-void* HandleOf(int descriptor) { return reinterpret_cast<void*>(intptr_t(descriptor) + 1); }
-int DescriptorOf(void* handle) { return int(reinterpret_cast<intptr_t>(handle) - 1); }
+void* HandleOf(int descriptor) {
+    return reinterpret_cast<void*>(intptr_t(descriptor) + 1);
+}
+int DescriptorOf(void* handle) {
+    return int(reinterpret_cast<intptr_t>(handle) - 1);
+}
 
 // The path in UTF-8 into target (room for size bytes); false if it does not
 // fit or the path is empty.

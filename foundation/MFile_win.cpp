@@ -6,7 +6,9 @@
 
 namespace {
 
-HANDLE Win32Handle(void* handle) { return static_cast<HANDLE>(handle); }
+HANDLE Win32Handle(void* handle) {
+    return static_cast<HANDLE>(handle);
+}
 
 } // namespace
 
@@ -20,8 +22,8 @@ void* PlatformFileOpen(const MString& path, bool forWriting) {
     HANDLE handle;
     if (forWriting) {
         DeleteFileW(name);
-        handle = CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                             FILE_ATTRIBUTE_NORMAL, nullptr);
+        handle = CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                             nullptr);
     } else {
         handle = CreateFileW(name, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                              FILE_ATTRIBUTE_NORMAL, nullptr);

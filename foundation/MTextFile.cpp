@@ -15,8 +15,10 @@ const int32_t TokenTextStep = 10;
 // left to right; the replacements are not scanned again.
 MString ReplaceAll(const MString& text, const char16_t* find, const char16_t* with) {
     int32_t findLength = 0, withLength = 0;
-    while (find[findLength]) findLength++;
-    while (with[withLength]) withLength++;
+    while (find[findLength])
+        findLength++;
+    while (with[withLength])
+        withLength++;
     if (text.Length < findLength || findLength == 0 || text.Find(MString(find)) < 0) return text;
 
     // The result never grows by more than withLength per findLength of text.
@@ -26,9 +28,11 @@ MString ReplaceAll(const MString& text, const char16_t* find, const char16_t* wi
     int32_t out = 0;
     for (int32_t i = 0; i < text.Length;) {
         int32_t k = 0;
-        while (k < findLength && i + k < text.Length && text.Text[i + k] == find[k]) k++;
+        while (k < findLength && i + k < text.Length && text.Text[i + k] == find[k])
+            k++;
         if (k == findLength) {
-            for (int32_t w = 0; w < withLength; w++) result[out++] = with[w];
+            for (int32_t w = 0; w < withLength; w++)
+                result[out++] = with[w];
             i += findLength;
         } else {
             result[out++] = text.Text[i++];
@@ -54,7 +58,9 @@ template <typename T> void Terminate(MVector<T>& buffer, int32_t length) {
     if (buffer.Grow(length + 1, LineStep)) buffer[length] = 0;
 }
 
-bool IsSeparator(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+bool IsSeparator(char16_t c) {
+    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
+}
 
 // Reads the byte order mark, if any, sets Encoding and MarkLength and leaves
 // the position just behind the mark. Without a mark the text is 8-bit, even
@@ -115,7 +121,8 @@ void SplitTokens(MTextFile& text) {
     const char16_t* line = tokens.Line.Data;
     int32_t i = 0;
     while (i < length) {
-        while (i < length && IsSeparator(line[i])) i++;
+        while (i < length && IsSeparator(line[i]))
+            i++;
         if (i >= length) break;
         if (text.TokenLimit >= 0 && tokens.Count >= text.TokenLimit) break;
         if (!tokens.Items.Grow(tokens.Count + 1, TokenArrayStep)) {
@@ -126,7 +133,8 @@ void SplitTokens(MTextFile& text) {
         int32_t size = 0;
         if (line[i] == u'"') {
             i++;
-            while (i < length && line[i] != u'"') StoreUnit(item, &size, line[i++], TokenTextStep);
+            while (i < length && line[i] != u'"')
+                StoreUnit(item, &size, line[i++], TokenTextStep);
             if (i < length) i++; // the closing quote
         } else {
             while (i < length && !IsSeparator(line[i]))

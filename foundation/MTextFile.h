@@ -20,9 +20,9 @@ enum {
 
 // The tokens of the current line.
 struct MTextTokens {
-    MVector<char16_t> Line;            // the line without CR and LF, zero-terminated
-    int32_t Count = 0;                 // tokens filled
-    MVector<MVector<char16_t>> Items;  // token buffers, each zero-terminated
+    MVector<char16_t> Line;           // the line without CR and LF, zero-terminated
+    int32_t Count = 0;                // tokens filled
+    MVector<MVector<char16_t>> Items; // token buffers, each zero-terminated
 };
 
 struct MTextFile {
@@ -32,11 +32,11 @@ struct MTextFile {
     MVector<uint8_t> ByteLine;  // the current line before UTF-8 conversion
     MFile File;
     MTextTokens Tokens;
-    MString OutLine;            // the record being built for writing
+    MString OutLine; // the record being built for writing
     bool ForWriting = false;
     int32_t Encoding = Encoding8Bit;
-    int32_t MarkLength = 0;     // bytes of byte order mark
-    int32_t TokenLimit = -1;    // at most this many tokens per line; -1: no limit
+    int32_t MarkLength = 0;  // bytes of byte order mark
+    int32_t TokenLimit = -1; // at most this many tokens per line; -1: no limit
 
     MTextFile(const MString& path, bool forWriting, bool toMemory, int32_t encoding);
     // Reads text that is already in memory (a copy of size bytes), with the

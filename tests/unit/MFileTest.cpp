@@ -28,7 +28,9 @@ fs::path FreshPath(const fs::path& name) {
     return path;
 }
 
-MString PathText(const fs::path& path) { return MString(path.u16string().c_str()); }
+MString PathText(const fs::path& path) {
+    return MString(path.u16string().c_str());
+}
 
 void WriteBytes(const fs::path& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);

@@ -23,7 +23,9 @@ fs::path FreshPath(const fs::path& name) {
     return path;
 }
 
-MString PathText(const fs::path& path) { return MString(path.u16string().c_str()); }
+MString PathText(const fs::path& path) {
+    return MString(path.u16string().c_str());
+}
 
 void WriteBytes(const fs::path& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
@@ -35,7 +37,9 @@ std::string ReadBytes(const fs::path& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-std::u16string Text(const MString& text) { return std::u16string(text.Chars()); }
+std::u16string Text(const MString& text) {
+    return std::u16string(text.Chars());
+}
 
 // The bytes of ASCII text as UTF-16 little or big endian.
 std::string Utf16(const std::string& ascii, bool bigEndian) {
@@ -91,7 +95,9 @@ TEST(MTextFile, MarksDecideTheEncoding) {
         {MarkLE + "a\0", 2, 2},
         {MarkBE + "\0a", 3, 2},
         {MarkUtf8 + "a", 4, 3},
-        {"\xEF\xBB" "a", 1, 0}, // no third mark byte: 8-bit from the start
+        {"\xEF\xBB"
+         "a",
+         1, 0}, // no third mark byte: 8-bit from the start
         {"\xFF\xFF", 1, 0},
         {"\xFE", 1, 0},
         {"", 1, 0},
@@ -102,7 +108,11 @@ TEST(MTextFile, MarksDecideTheEncoding) {
         EXPECT_EQ(file.MarkLength, c.markLength) << c.bytes;
         EXPECT_EQ(file.File.Tell(), c.markLength) << c.bytes;
     }
-    EXPECT_EQ(ReadAll("\xEF\xBB" "a"), u"\u00ef\u00bb" u"a:\u00ef\u00bb" u"a\n");
+    EXPECT_EQ(ReadAll("\xEF\xBB"
+                      "a"),
+              u"\u00ef\u00bb"
+              u"a:\u00ef\u00bb"
+              u"a\n");
 }
 
 TEST(MTextFile, Utf8WithoutMarkIsReadAsEightBit) {
@@ -406,7 +416,8 @@ TEST(MTextFile, RoundTripInAllEncodings) {
         fs::path path = FreshPath("roundtrip.txt");
         {
             MTextFile file(PathText(path), true, false, encoding);
-            for (const char16_t* value : values) file.WriteKey(MString(u"Key"), value);
+            for (const char16_t* value : values)
+                file.WriteKey(MString(u"Key"), value);
             file.WriteKey(MString(u"Count"), 42);
             file.WriteKey(MString(u"Flag"), true);
         }
