@@ -60,3 +60,21 @@ int32_t WideToNarrow(uint32_t codePage, const char16_t* source, int32_t sourceLe
 // ---- Case mapping in place, as CharUpperBuffW and CharLowerBuffW do.
 void UpperCaseInPlace(char16_t* text, int32_t length);
 void LowerCaseInPlace(char16_t* text, int32_t length);
+
+// ---- Screen metrics, in pixels. Screen.cpp answers from a test override
+// when one is set, otherwise from Screen_win.cpp (GetSystemMetrics) or
+// Screen_posix.cpp (a fixed 1920 by 1080 screen: the native build has no
+// window system of its own).
+struct MScreenArea {
+    int32_t Left = 0, Top = 0;      // the virtual screen may start left of or above 0
+    int32_t Width = 0, Height = 0;
+};
+struct MScreenMetrics {
+    MScreenArea Primary; // SM_CXSCREEN, SM_CYSCREEN at 0, 0
+    MScreenArea Virtual; // SM_XVIRTUALSCREEN, SM_YVIRTUALSCREEN, SM_CXVIRTUALSCREEN, SM_CYVIRTUALSCREEN
+};
+MScreenArea ScreenSize();    // the primary screen
+MScreenArea VirtualScreen(); // the box around all monitors
+// Tests pin the screen with an override; null gives the platform's answer.
+extern const MScreenMetrics* TheScreenOverride;
+MScreenMetrics PlatformScreenMetrics();
