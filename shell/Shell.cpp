@@ -1,4 +1,5 @@
 #include "shell/Shell.h"
+#include "shell/WSettings.h"
 #include "shell/Window.h"
 #include "sketch/WSketch.h"
 #include "sketch/WUndoRing.h"
@@ -53,6 +54,7 @@ void RefreshMenu() {
     state.DrawFreehand = TheMode == ModeDraw;
     state.EditSketch = TheMode == ModeEditSketch;
     state.EditRoll = TheMode == ModeEditRoll;
+    state.Grid = TheSettings && TheSettings->UseGrid;
     if (TheSketch && TheSketch->Undo) {
         state.UndoEnabled = TheSketch->Undo->Depth >= 2;
         state.RedoEnabled = TheSketch->Undo->RedoDepth >= 1;

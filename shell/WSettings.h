@@ -5,6 +5,8 @@
 #include "foundation/MString.h"
 #include <cstdint>
 
+struct MTextFile;
+
 struct WRect {
     int32_t left = 0, top = 0, right = 0, bottom = 0; // screen pixels
 };
@@ -39,11 +41,27 @@ struct WSettings {
     bool Loaded = false;
 
     void SetDefaults(); // all keyed fields except the four rectangles
-    bool Load();        // reads the settings file if there is one
+    void SetDefaultRectangles(); // the main window centred on the screen, the others beside it
+    // After start-up and at New: the save dialog's Centre and Scale on, and
+    // MaxLinesPerCurve 100, whatever the file said.
+    void ResetSaveChoices();
+    bool Load();        // reads the settings file if there is one; true when it was read
+    void ReadRecords(MTextFile& file); // acts on every record of an open file
     bool Save();        // writes it, unless it exists but could not be read
 };
 
 extern WSettings* TheSettings;
 WSettings* CreateSettings(); // defaults and default rectangles from the screen size
 void DestroySettings();
-MString SettingsFileName();
+MString SettingsFileName(); // empty when the user's folder cannot be had
+
+// A window rectangle brought onto the virtual screen: at least 200 by 200,
+// at most the virtual screen's size, and inside it.
+WRect FitToVirtualScreen(WRect rect);
+
+// The closing main window's part of the settings: its own rectangle, and for
+// each tool window its rectangle when it is open (null when closed: it keeps
+// the rectangle it wrote when it closed, and counts as not shown). Then the
+// settings are saved. Does nothing without TheSettings.
+void SaveSettingsAtClose(const WRect& mainWindow, const WRect* pointWindow,
+                         const WRect* elementWindow, const WRect* modeWindow);
