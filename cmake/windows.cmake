@@ -1,1 +1,45 @@
 # The Windows program, its resources and its Windows-side tests.
+
+enable_language(RC)
+# windres takes defines and include folders but none of the C++ warning flags
+# that the project sets for every language.
+set(CMAKE_RC_COMPILE_OBJECT "<CMAKE_RC_COMPILER> <DEFINES> <INCLUDES> -O coff <SOURCE> <OBJECT>")
+
+set(QUILLMERE_RESOURCES ${CMAKE_SOURCE_DIR}/resources/Quillmere.rc)
+set_source_files_properties(${QUILLMERE_RESOURCES} PROPERTIES OBJECT_DEPENDS
+  "${CMAKE_SOURCE_DIR}/resources/resource.h;${CMAKE_SOURCE_DIR}/resources/Quillmere.ico;${CMAKE_SOURCE_DIR}/resources/Quillmere.manifest")
+
+# Static runtime: Quillmere.exe needs no DLL beside it, only the system's.
+set(QUILLMERE_LINK_OPTIONS -municode -mwindows -static -static-libgcc -static-libstdc++)
+
+add_executable(Quillmere WIN32 ${CMAKE_SOURCE_DIR}/shell/Main_win.cpp ${QUILLMERE_RESOURCES})
+target_include_directories(Quillmere PRIVATE ${CMAKE_SOURCE_DIR}/resources)
+target_link_libraries(Quillmere PRIVATE quillmere_core)
+target_link_options(Quillmere PRIVATE ${QUILLMERE_LINK_OPTIONS})
+set_target_properties(Quillmere PROPERTIES OUTPUT_NAME Quillmere)
+
+# ---- Windows-side tests: GoogleTest under Wine, against real windows, the
+# real resources and Direct2D.
+file(GLOB WIN_TEST_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/win/*.cpp)
+add_executable(win_tests ${WIN_TEST_SOURCES} ${QUILLMERE_RESOURCES})
+target_include_directories(win_tests PRIVATE ${CMAKE_SOURCE_DIR}/resources)
+target_link_libraries(win_tests PRIVATE quillmere_core ${GTEST_TARGETS} version)
+target_link_options(win_tests PRIVATE -static -static-libgcc -static-libstdc++)
+add_test(NAME win_tests COMMAND win_tests)
+set_tests_properties(win_tests PROPERTIES TIMEOUT 300)
+
+# The program depends on system DLLs alone.
+add_test(NAME quillmere_system_dlls_only
+  COMMAND bash ${CMAKE_SOURCE_DIR}/tests/win/system_dlls_only.sh $<TARGET_FILE:Quillmere>)
+
+# ---- User journeys: Quillmere.exe under Wine in Xvfb, driven with xdotool.
+# Each starts its own Xvfb unless DISPLAY is set; all share the build's Wine
+# prefix, so they run one at a time.
+file(GLOB E2E_SCRIPTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/e2e/*.sh)
+list(FILTER E2E_SCRIPTS EXCLUDE REGEX "/lib\\.sh$")
+foreach(script ${E2E_SCRIPTS})
+  get_filename_component(name ${script} NAME_WE)
+  add_test(NAME e2e_${name} COMMAND bash ${script} $<TARGET_FILE:Quillmere>)
+  set_tests_properties(e2e_${name} PROPERTIES RUN_SERIAL TRUE TIMEOUT 240
+    ENVIRONMENT "QUILLMERE_OUTPUT=${CMAKE_BINARY_DIR}/e2e")
+endforeach()

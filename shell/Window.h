@@ -12,7 +12,11 @@ struct WMenuState {
     bool UndoEnabled = false, RedoEnabled = false;
 };
 
-MString MainWindowText();                   // empty without a window
+MString MainWindowText(); // without a real window, the text last set
 void SetMainWindowText(const MString& text);
 void ApplyMenuState(const WMenuState& state);
 WMenuState AppliedMenuState(); // what the menu shows now
+// The main window's client area in pixels; 0 by 0 when minimised. Without a
+// real window it is the size last given to SetMainClientSize (tests).
+void MainClientSize(int32_t& width, int32_t& height);
+void SetMainClientSize(int32_t width, int32_t height);

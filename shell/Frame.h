@@ -1,0 +1,20 @@
+#pragma once
+// One frame of the main window: drawn whenever no message waits.
+
+struct MDrawSurface;
+
+// The main window's drawing surface, or null before the first frame and
+// after a change of the window's size until the next one.
+extern MDrawSurface* TheSurface;
+
+// Reads the client size; without width or height nothing happens (the surface
+// keeps its old size while the window is minimised). A surface of another
+// size is destroyed and a new one made, which also gives the view its
+// viewport. A surface that cannot be made ends the frame; the next frame
+// tries again. Then the surface is cleared with the background colour and
+// the scene drawn.
+void DrawFrame();
+
+// Destroys TheSurface if there is one (a size change, and the end of the
+// program).
+void DestroySurface();

@@ -1,0 +1,145 @@
+// The program's entry: start-up in a fixed order, one loop that hands out
+// messages and draws a frame whenever none waits, and shutdown in reverse.
+// The model objects are made and ended by the portable Startup.cpp; this file
+// holds the Win32 steps around them.
+
+#include "drawing/MDrawSurface.h"
+#include "foundation/MString.h"
+#include "foundation/Platform.h"
+#include "resources/resource.h"
+#include "shell/Frame.h"
+#include "shell/Shell.h"
+#include "shell/Startup.h"
+#include "shell/WindowProc_win.h"
+#include "shell/WindowRect.h"
+
+#include <objbase.h>
+#include <shellapi.h>
+#include <windows.h>
+
+static HACCEL Accelerators = nullptr;
+static bool ComStarted = false;
+
+static const wchar_t* ProgramName() {
+    return reinterpret_cast<const wchar_t*>(TheProgramName);
+}
+
+// Step 1. A class that is already registered (a second registration in the
+// same process) is no reason to stop: window creation will tell.
+static void RegisterMainClass(HINSTANCE instance) {
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
+    windowClass.lpfnWndProc = MainWindowProc;
+    windowClass.hInstance = instance;
+    windowClass.hIcon = static_cast<HICON>(
+        LoadImageW(instance, MAKEINTRESOURCEW(IDI_QUILLMERE), IMAGE_ICON, 0, 0, LR_DEFAULTSIZE));
+    windowClass.hIconSm = static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_QUILLMERE),
+                                                        IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                                                        GetSystemMetrics(SM_CYSMICON), 0));
+    windowClass.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_WINDOW + 1));
+    windowClass.lpszMenuName = MAKEINTRESOURCEW(IDR_MAINMENU);
+    windowClass.lpszClassName = ProgramName();
+    RegisterClassExW(&windowClass);
+}
+
+// Steps 1 to 17. Returns 0 when the program runs, otherwise the shutdown step
+// that undoes what was made; every failure here is silent.
+static int32_t StartUp(HINSTANCE instance, int showCommand) {
+    RegisterMainClass(instance);
+
+    // Steps 2 and 3, the settings with their file, come here; until then the
+    // window opens at the default place the settings would give it.
+    WRect place = DefaultWindowRect(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+
+    // Steps 4 to 6.
+    TheInstance = instance;
+    HWND window = CreateWindowExW(0, ProgramName(), ProgramName(), WS_OVERLAPPEDWINDOW, place.left,
+                                  place.top, place.right - place.left, place.bottom - place.top,
+                                  nullptr, nullptr, instance, nullptr);
+    TheMainWindow = window;
+    if (!window) return ShutdownSettings;
+    DebugOutput(u"Main window created\n");
+    ShowWindow(window, showCommand);
+    UpdateWindow(window);
+
+    // Step 7.
+    if (FAILED(CoInitialize(nullptr))) return ShutdownSettings;
+    ComStarted = true;
+    DebugOutput(u"COM initialised\n");
+
+    // Step 8, the tables of media file types, comes here. Steps 9 to 12.
+    if (int32_t failed = CreateModelObjects()) return failed;
+
+    // Step 13.
+    DragAcceptFiles(window, TRUE);
+    RefreshTitle();
+    RefreshMenu();
+
+    // Step 14.
+    Accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDR_ACCELERATORS));
+    if (!Accelerators) return ShutdownAccelerators;
+    DebugOutput(u"Accelerators created\n");
+
+    // Step 15, the tool windows as the settings say, comes here. Step 16.
+    EnterStartMode();
+
+    // Step 17: only the first argument counts.
+    int count = 0;
+    if (LPWSTR* arguments = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        if (count > 1) OpenStartFile(MString(reinterpret_cast<const char16_t*>(arguments[1])));
+        LocalFree(arguments);
+    }
+    return 0;
+}
+
+// Shutdown from the step `from` to the end; what was never made is skipped.
+static void ShutDown(int32_t from) {
+    if (from <= ShutdownAccelerators && Accelerators) {
+        DestroyAcceleratorTable(Accelerators);
+        Accelerators = nullptr;
+        DebugOutput(u"Accelerators destroyed\n");
+        // The background picture is released here once there is one.
+    }
+    if (from <= ShutdownElement) DestroyModelObjects(from);
+    if (from <= ShutdownElement && ComStarted) {
+        CoUninitialize();
+        ComStarted = false;
+        DebugOutput(u"COM uninitialised\n");
+    }
+    // ShutdownSettings and ShutdownToolWindows: the settings object, then the
+    // Point and Element tool windows, go here once they exist.
+    // ShutdownSurface: the Mode palette goes first, once it exists.
+    if (from <= ShutdownSurface) DestroySurface();
+}
+
+// The loop never waits: with no message it sleeps a millisecond and draws a
+// whole frame, so an idle program keeps drawing without taking a processor.
+static int RunMessageLoop() {
+    MSG message = {};
+    for (;;) {
+        if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (message.message == WM_QUIT) break;
+            if (!TranslateAcceleratorW(static_cast<HWND>(TheMainWindow), Accelerators, &message)) {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
+        } else {
+            Sleep(1);
+            DrawFrame();
+        }
+    }
+    return static_cast<int>(message.wParam);
+}
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
+    int exitCode = 0;
+    int32_t failed = StartUp(instance, showCommand);
+    if (!failed) {
+        exitCode = RunMessageLoop();
+        failed = ShutdownAccelerators;
+    }
+    ShutDown(failed);
+    return exitCode;
+}

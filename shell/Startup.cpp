@@ -1,0 +1,55 @@
+#include "shell/Startup.h"
+
+#include "shell/Frame.h"
+#include "shell/Shell.h"
+#include "shell/SketchFile.h"
+#include "sketch/WRecording.h"
+#include "sketch/WSketch.h"
+#include "view/WView.h"
+
+// The element table (step 9) takes its place in front of the sketch once it
+// exists; its failure will end the start at ShutdownElement like the sketch's.
+int32_t CreateModelObjects() {
+    // Step 10. The ring is made with the sketch and holds the empty sketch as
+    // its first snapshot. The save dialog's Centre, Scale and MaxLinesPerCurve
+    // are reset here once the settings object exists.
+    if (!CreateSketch()) return ShutdownElement;
+    // Step 11.
+    if (!CreateRecording()) return ShutdownSketch;
+    // Step 12: the view is reset by its creation.
+    if (!CreateView()) return ShutdownRecording;
+    return 0;
+}
+
+void DestroyModelObjects(int32_t from) {
+    if (from <= ShutdownView && TheView) DestroyView();
+    if (from <= ShutdownRecording && TheRecording) DestroyRecording();
+    if (from <= ShutdownSketch && TheSketch) DestroySketch();
+    // ShutdownElement: the element table goes here once it exists.
+}
+
+void EnterStartMode() {
+    TheMode = ModeDraw;
+    if (TheSketch) TheSketch->Current = -1;
+    RefreshMenu();
+    RefreshTitle();
+    // The Mode palette, once it exists, repaints its state here.
+}
+
+bool IsStartFile(const MString& argument) {
+    if (argument.IsEmpty()) return false;
+    MString extension = argument.FileExtension();
+    return extension == MString(u"EPS") || extension == MString(u"QO");
+}
+
+void OpenStartFile(const MString& argument) {
+    if (!IsStartFile(argument)) return;
+    DrawFrame();
+    OpenSketch(argument);
+}
+
+// The question about unsaved changes and the saving of the settings come in
+// here, in this order, with the file commands and the settings file.
+bool PrepareToClose() {
+    return true;
+}

@@ -1,0 +1,52 @@
+// The main window's procedure: it turns messages into calls on the portable
+// shell and keeps nothing of its own.
+
+#include "shell/WindowProc_win.h"
+
+#include "foundation/Platform.h"
+#include "resources/resource.h"
+#include "shell/Shell.h"
+#include "shell/Startup.h"
+
+// The user's close (the window's close box, Alt+F4, File > Exit): the window
+// goes only when the shell agrees; its destruction then ends the loop.
+static void CloseMainWindow(HWND window) {
+    if (!PrepareToClose()) return;
+    DestroyWindow(window);
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDM_EXIT:
+            CloseMainWindow(window);
+            return 0;
+        default:
+            break; // the other commands arrive with their subsystems
+        }
+        break;
+    case WM_CLOSE:
+        CloseMainWindow(window);
+        return 0;
+    case WM_DESTROY:
+        DebugOutput(u"Main window destroyed\n");
+        PostQuitMessage(0);
+        return 0;
+    case WM_NCDESTROY:
+        // From here on the shell works on its in-memory title and menu.
+        if (TheMainWindow == window) TheMainWindow = nullptr;
+        break;
+    case WM_PAINT: {
+        // Frames are drawn by the loop whenever it is idle; painting only
+        // tells the system that the window is up to date.
+        PAINTSTRUCT paint;
+        BeginPaint(window, &paint);
+        EndPaint(window, &paint);
+        return 0;
+    }
+    default:
+        break;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}

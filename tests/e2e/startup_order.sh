@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Start-up and shutdown of the real program: its debug lines show the single
+# objects made in their fixed order and ended in reverse order after the user
+# leaves through File > Exit, worked from the keyboard (Alt+F, Up, Return).
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+e2e_begin "$@"
+
+start_quillmere
+wait_for_main_window 60
+sleep 1 # a few frames, so that the drawing surface exists
+close_with_file_exit
+expect_exit_code 0 30
+
+# Each line once, and in this order.
+expected=(
+  "Main window created"
+  "COM initialised"
+  "WSketch created"
+  "WRecording created"
+  "WView created"
+  "Accelerators created"
+  "MDrawSurface created"
+  "Main window destroyed"
+  "Accelerators destroyed"
+  "WView destroyed"
+  "WRecording destroyed"
+  "WSketch destroyed"
+  "COM uninitialised"
+  "MDrawSurface destroyed"
+)
+tr -d '\r' <"$QLOG" >"$OUT/lines.txt"
+previous=0
+for line in "${expected[@]}"; do
+  found=$(grep -nx -- "$line" "$OUT/lines.txt" | cut -d: -f1)
+  [ -n "$found" ] || fail "no line \"$line\""
+  [ "$(wc -w <<<"$found")" -eq 1 ] || fail "\"$line\" more than once"
+  [ "$found" -gt "$previous" ] || fail "\"$line\" out of order"
+  previous=$found
+done
+# The ring goes with the sketch, just before it.
+ring=$(grep -nx "WUndoRing destroyed" "$OUT/lines.txt" | cut -d: -f1)
+sketch=$(grep -nx "WSketch destroyed" "$OUT/lines.txt" | cut -d: -f1)
+[ -n "$ring" ] && [ "$ring" -lt "$sketch" ] || fail "the ring is not ended before the sketch"
+echo "PASS ($E2E_NAME)"

@@ -1,0 +1,132 @@
+// One frame of the main window against the native surface, which records
+// what it is asked to do. The same frame against Direct2D and a real window
+// is tested in tests/win/MainWindowWinTest.cpp.
+
+#if !defined(_WIN32)
+
+#include "shell/Frame.h"
+#include "drawing/MDrawSurface.h"
+#include "foundation/MString.h"
+#include "foundation/Platform.h"
+#include "shell/Shell.h"
+#include "shell/Window.h"
+#include "view/WView.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+std::u16string U16(const MString& text) {
+    return std::u16string(text.Chars());
+}
+
+int PretendWindow;
+
+class Frame : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        DestroySurface();
+        if (!TheView) CreateView();
+        TheMainWindow = &PretendWindow;
+        SetMainClientSize(640, 480);
+    }
+    void TearDown() override {
+        DestroySurface();
+        DestroyView();
+        TheMainWindow = nullptr;
+        SetMainClientSize(0, 0);
+    }
+};
+
+} // namespace
+
+TEST_F(Frame, FirstFrameMakesASurfaceOfTheClientSizeAndClearsItWhite) {
+    StartDebugCapture();
+    DrawFrame();
+    EXPECT_EQ(U16(StopDebugCapture()), u"MDrawSurface created\n");
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(TheSurface->Width(), 640);
+    EXPECT_EQ(TheSurface->Height(), 480);
+    EXPECT_EQ(TheSurface->Scale, 1.0f);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 640 480\nBegin\nClear 255 255 255 255\nEnd\n");
+    EXPECT_EQ(TheView->ViewportWidth, 640.0f);
+    EXPECT_EQ(TheView->ViewportHeight, 480.0f);
+}
+
+TEST_F(Frame, SurfaceIsKeptWhileTheSizeStays) {
+    DrawFrame();
+    MDrawSurface* first = TheSurface;
+    StartDebugCapture();
+    DrawFrame();
+    DrawFrame();
+    EXPECT_EQ(U16(StopDebugCapture()), u"");
+    EXPECT_EQ(TheSurface, first);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 640 480\nBegin\nClear 255 255 255 255\nEnd\n"
+              u"Begin\nClear 255 255 255 255\nEnd\nBegin\nClear 255 255 255 255\nEnd\n");
+}
+
+TEST_F(Frame, SizeChangeRemakesTheSurfaceAndResizesTheView) {
+    DrawFrame();
+    SetMainClientSize(641, 480); // one pixel wider
+    StartDebugCapture();
+    DrawFrame();
+    EXPECT_EQ(U16(StopDebugCapture()), u"MDrawSurface destroyed\nMDrawSurface created\n");
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(TheSurface->Width(), 641);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 641 480\nBegin\nClear 255 255 255 255\nEnd\n");
+    EXPECT_EQ(TheView->ViewportWidth, 641.0f);
+}
+
+TEST_F(Frame, MinimisedWindowDrawsNothingAndTheSurfaceKeepsItsSize) {
+    DrawFrame();
+    MDrawSurface* first = TheSurface;
+    MString before = first->Recording;
+    for (auto size : {std::pair<int, int>(0, 0), {0, 480}, {640, 0}}) {
+        SetMainClientSize(size.first, size.second);
+        StartDebugCapture();
+        DrawFrame();
+        EXPECT_EQ(U16(StopDebugCapture()), u"");
+        EXPECT_EQ(TheSurface, first);
+        EXPECT_EQ(TheSurface->Width(), 640);
+        EXPECT_EQ(TheSurface->Height(), 480);
+        EXPECT_EQ(U16(TheSurface->Recording), U16(before));
+    }
+    EXPECT_EQ(TheView->ViewportWidth, 640.0f);
+    SetMainClientSize(640, 480); // restored
+    DrawFrame();
+    EXPECT_EQ(TheSurface, first);
+}
+
+TEST_F(Frame, SurfaceThatCannotBeMadeIsTriedAgainNextFrame) {
+    TheMainWindow = nullptr; // nothing to draw on
+    StartDebugCapture();
+    DrawFrame();
+    EXPECT_EQ(U16(StopDebugCapture()), u"");
+    EXPECT_EQ(TheSurface, nullptr);
+    TheMainWindow = &PretendWindow;
+    DrawFrame();
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_TRUE(TheSurface->Valid);
+}
+
+TEST_F(Frame, WithoutAViewTheFrameStillDraws) {
+    DestroyView();
+    DrawFrame();
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 640 480\nBegin\nClear 255 255 255 255\nEnd\n");
+}
+
+TEST(ColourChannel, ByteTimesTheFactor) {
+    EXPECT_EQ(ColourChannel(0), 0.0f);
+    EXPECT_EQ(ColourChannel(255), 255 * 0.003921569f);
+    EXPECT_NEAR(ColourChannel(255), 1.0f, 1e-6f);
+    EXPECT_NEAR(ColourChannel(128), 0.50196f, 1e-5f);
+}
+
+#endif

@@ -1,0 +1,220 @@
+// The order in which the program makes its single objects at start and ends
+// them at shutdown, the messages of a second creation, the start mode and
+// the first command-line argument.
+
+#include "drawing/MDrawSurface.h"
+#include "foundation/MString.h"
+#include "foundation/Platform.h"
+#include "shell/Frame.h"
+#include "shell/Shell.h"
+#include "shell/Startup.h"
+#include "shell/Window.h"
+#include "sketch/WRecording.h"
+#include "sketch/WSketch.h"
+#include "sketch/WUndoRing.h"
+#include "view/WView.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+std::u16string U16(const MString& text) {
+    return std::u16string(text.Chars());
+}
+
+// The lines of a capture that tell of an object made or ended.
+std::vector<std::u16string> ObjectLines(const MString& capture) {
+    std::vector<std::u16string> lines;
+    std::u16string all = U16(capture), line;
+    for (char16_t c : all) {
+        if (c != u'\n') {
+            line += c;
+            continue;
+        }
+        auto endsWith = [&line](const std::u16string& end) {
+            return line.size() >= end.size() &&
+                   line.compare(line.size() - end.size(), end.size(), end) == 0;
+        };
+        if (endsWith(u" created") || endsWith(u" destroyed")) lines.push_back(line);
+        line.clear();
+    }
+    return lines;
+}
+
+void EndEverything() {
+    DestroySurface();
+    DestroyModelObjects(ShutdownView);
+    TheMode = ModeDraw;
+    TheFileName = MString();
+}
+
+class StartupOrder : public ::testing::Test {
+  protected:
+    void SetUp() override { EndEverything(); }
+    void TearDown() override {
+        TheMessageScript = nullptr;
+        EndEverything();
+    }
+};
+
+} // namespace
+
+TEST_F(StartupOrder, ModelObjectsAreMadeInOrderAndEndedInReverse) {
+    StartDebugCapture();
+    EXPECT_EQ(CreateModelObjects(), 0);
+    DestroyModelObjects(ShutdownView);
+    std::vector<std::u16string> want = {
+        u"WSketch created", u"WUndoRing created",    u"WRecording created",  u"WView created",
+        u"WView destroyed", u"WRecording destroyed", u"WUndoRing destroyed", u"WSketch destroyed",
+    };
+    EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
+    EXPECT_EQ(TheSketch, nullptr);
+    EXPECT_EQ(TheRecording, nullptr);
+    EXPECT_EQ(TheView, nullptr);
+}
+
+TEST_F(StartupOrder, StartLeavesAnEmptySketchWithItsFirstSnapshotAndAResetView) {
+    ASSERT_EQ(CreateModelObjects(), 0);
+    ASSERT_NE(TheSketch, nullptr);
+    EXPECT_EQ(TheSketch->PointCount, 0);
+    EXPECT_EQ(TheSketch->Current, -1);
+    EXPECT_EQ(TheSketch->Modified, 0);
+    ASSERT_NE(TheSketch->Undo, nullptr);
+    EXPECT_EQ(TheSketch->Undo->Snapshots.Count, 100);
+    EXPECT_EQ(TheSketch->Undo->Depth, 1);
+    EXPECT_EQ(TheSketch->Undo->RedoDepth, 0);
+    ASSERT_NE(TheRecording, nullptr);
+    EXPECT_EQ(TheRecording->PointCount, 0);
+    ASSERT_NE(TheView, nullptr);
+    EXPECT_EQ(TheView->Zoom, 0.2f);
+    EXPECT_TRUE(TheView->Rotation.Identity);
+}
+
+TEST_F(StartupOrder, SecondCreationShowsOneMessagePerObjectAndKeepsTheFirst) {
+    ASSERT_EQ(CreateModelObjects(), 0);
+    WSketch* sketch = TheSketch;
+    WUndoRing* ring = TheSketch->Undo;
+    WRecording* recording = TheRecording;
+    WView* view = TheView;
+
+    MString texts[8];
+    MessageIcon icons[8] = {};
+    MessageScript script;
+    script.Texts = texts;
+    script.Icons = icons;
+    script.Capacity = 8;
+    TheMessageScript = &script;
+    StartDebugCapture();
+    EXPECT_EQ(CreateModelObjects(), 0) << "the old objects are kept and the start goes on";
+    MString capture = StopDebugCapture();
+    TheMessageScript = nullptr;
+
+    ASSERT_EQ(script.Count, 3);
+    EXPECT_EQ(U16(texts[0]), u"There can only be 1 WSketch object");
+    EXPECT_EQ(U16(texts[1]), u"There can only be 1 WRecording object");
+    EXPECT_EQ(U16(texts[2]), u"There can only be 1 WView object");
+    for (int i = 0; i < 3; i++)
+        EXPECT_EQ(icons[i], IconError) << i;
+    EXPECT_TRUE(ObjectLines(capture).empty());
+    EXPECT_EQ(TheSketch, sketch);
+    EXPECT_EQ(TheSketch->Undo, ring);
+    EXPECT_EQ(TheRecording, recording);
+    EXPECT_EQ(TheView, view);
+}
+
+TEST_F(StartupOrder, ShutdownFromAStepEndsThatStepsObjectAndTheOnesMadeBeforeIt) {
+    ASSERT_EQ(CreateModelObjects(), 0);
+    // A view that failed leaves recorder and sketch to be undone.
+    StartDebugCapture();
+    DestroyModelObjects(ShutdownRecording);
+    std::vector<std::u16string> want = {u"WRecording destroyed", u"WUndoRing destroyed",
+                                        u"WSketch destroyed"};
+    EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
+    EXPECT_NE(TheView, nullptr);
+    EXPECT_EQ(TheRecording, nullptr);
+    EXPECT_EQ(TheSketch, nullptr);
+
+    // Ending what does not exist says nothing.
+    StartDebugCapture();
+    DestroyModelObjects(ShutdownElement);
+    DestroyModelObjects(ShutdownSketch);
+    EXPECT_TRUE(ObjectLines(StopDebugCapture()).empty());
+    EXPECT_NE(TheView, nullptr);
+}
+
+TEST_F(StartupOrder, StartModeIsDrawingWithNoCurrentRecordShownInMenuAndTitle) {
+    ASSERT_EQ(CreateModelObjects(), 0);
+    TheMode = ModeEditRoll;
+    TheSketch->Current = 0;
+    EnterStartMode();
+    EXPECT_EQ(TheMode, ModeDraw);
+    EXPECT_EQ(TheSketch->Current, -1);
+    EXPECT_EQ(U16(MainWindowText()), u"Quillmere - Untitled (0 points) [DRAW FREEHAND]");
+    WMenuState menu = AppliedMenuState();
+    EXPECT_TRUE(menu.DrawFreehand);
+    EXPECT_FALSE(menu.EditSketch);
+    EXPECT_FALSE(menu.EditRoll);
+    EXPECT_FALSE(menu.UndoEnabled) << "one snapshot: nothing to undo";
+    EXPECT_FALSE(menu.RedoEnabled);
+}
+
+TEST_F(StartupOrder, OnlyEpsAndQoFilesAreOpenedAtStart) {
+    EXPECT_TRUE(IsStartFile(MString(u"C:\\Sketches\\ring.eps")));
+    EXPECT_TRUE(IsStartFile(MString(u"C:\\Sketches\\RING.EPS")));
+    EXPECT_TRUE(IsStartFile(MString(u"ride.Qo")));
+    EXPECT_TRUE(IsStartFile(MString(u"/home/artist/ride.qo")));
+    EXPECT_FALSE(IsStartFile(MString()));
+    EXPECT_FALSE(IsStartFile(MString(u"C:\\notes.txt")));
+    EXPECT_FALSE(IsStartFile(MString(u"C:\\picture.png")));
+    EXPECT_FALSE(IsStartFile(MString(u"ring.eps.txt")));
+    EXPECT_FALSE(IsStartFile(MString(u"C:\\eps")));
+    EXPECT_FALSE(IsStartFile(MString(u"-eps")));
+}
+
+TEST_F(StartupOrder, TextFileOnTheCommandLineOpensNothingAndSaysNothing) {
+    ASSERT_EQ(CreateModelObjects(), 0);
+    EnterStartMode();
+    MString texts[2];
+    MessageScript script;
+    script.Texts = texts;
+    script.Capacity = 2;
+    TheMessageScript = &script;
+    StartDebugCapture();
+    OpenStartFile(MString(u"C:\\Users\\artist\\notes.txt"));
+    MString capture = StopDebugCapture();
+    TheMessageScript = nullptr;
+    EXPECT_EQ(script.Count, 0);
+    EXPECT_EQ(U16(capture), u"");
+    EXPECT_EQ(TheSurface, nullptr) << "no frame is drawn for a file that is not opened";
+    EXPECT_EQ(TheSketch->PointCount, 0);
+    EXPECT_EQ(U16(MainWindowText()), u"Quillmere - Untitled (0 points) [DRAW FREEHAND]");
+}
+
+#if !defined(_WIN32)
+// The native surface stands in for the window's; under Wine the same start
+// runs against a real window in the user journeys.
+TEST_F(StartupOrder, SketchFileOnTheCommandLineIsOpenedAfterAFrameSizedTheView) {
+    static int window;
+    TheMainWindow = &window;
+    SetMainClientSize(640, 480);
+    ASSERT_EQ(CreateModelObjects(), 0);
+    EnterStartMode();
+    StartDebugCapture();
+    OpenStartFile(MString(u"C:\\Sketches\\sketch.eps"));
+    std::u16string capture = U16(StopDebugCapture());
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(TheView->ViewportWidth, 640.0f);
+    EXPECT_EQ(TheView->ViewportHeight, 480.0f);
+    size_t surface = capture.find(u"MDrawSurface created\n");
+    size_t open = capture.find(u"sketch.eps");
+    ASSERT_NE(surface, std::u16string::npos);
+    ASSERT_NE(open, std::u16string::npos) << "the file is passed on to be opened";
+    EXPECT_LT(surface, open) << "the frame comes first";
+    DestroySurface();
+    TheMainWindow = nullptr;
+    SetMainClientSize(0, 0);
+}
+#endif
