@@ -163,8 +163,9 @@ MString SettingsFileName() {
 
 WRect FitToVirtualScreen(WRect rect) {
     MScreenArea screen = VirtualScreen();
-    int32_t width = rect.right - rect.left;
-    int32_t height = rect.bottom - rect.top;
+    // In 64 bits: a file may hold any two numbers.
+    int64_t width = int64_t(rect.right) - rect.left;
+    int64_t height = int64_t(rect.bottom) - rect.top;
     if (width < MinimumWindowSize) width = MinimumWindowSize;
     if (width > screen.Width) width = screen.Width;
     if (height < MinimumWindowSize) height = MinimumWindowSize;
@@ -173,8 +174,8 @@ WRect FitToVirtualScreen(WRect rect) {
     // A window of a monitor that is gone comes back at the start of that side.
     if (rect.left < screen.Left || rect.left >= farRight) rect.left = screen.Left;
     if (rect.top < screen.Top || rect.top >= farBottom) rect.top = screen.Top;
-    rect.right = rect.left + width;
-    rect.bottom = rect.top + height;
+    rect.right = rect.left + int32_t(width);
+    rect.bottom = rect.top + int32_t(height);
     if (rect.right > farRight) {
         rect.left -= rect.right - farRight;
         rect.right = farRight;

@@ -410,6 +410,13 @@ TEST_F(Settings, FittingUsesTheVirtualScreenOfAllMonitors) {
     ExpectRect(s.WindowRect_Info, 1720, 680, 1920, 1080);
 }
 
+TEST_F(Settings, ExtremeNumbersStillGiveAWindowOnTheScreen) {
+    WSettings& s = LoadFrom("WindowRect\t-2147483648\t2147483647\t2147483647\t-2147483648\r\n"
+                            "WindowRect_Mode\t2147483647\t-2147483648\t-2147483648\t2147483647\r\n");
+    ExpectRect(s.WindowRect, 0, 0, 1920, 1080);
+    ExpectRect(s.WindowRect_Mode, 0, 0, 200, 200);
+}
+
 TEST_F(Settings, FitToVirtualScreenOnItsOwn) {
     ExpectRect(FitToVirtualScreen(WRect{10, 20, 1000, 900}), 10, 20, 1000, 900);
     ExpectRect(FitToVirtualScreen(WRect{1920, 1080, 0, 0}), 0, 0, 200, 200);
