@@ -3,6 +3,7 @@
 #include "drawing/MDrawSurface.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
+#include "shell/WSettings.h"
 #include "shell/Window.h"
 #include "view/WView.h"
 
@@ -10,9 +11,14 @@
 
 MDrawSurface* TheSurface = nullptr;
 
-// The background colour of the settings' default; the settings object will
-// supply ColourBackground once it exists.
-static const MColour BackgroundColour = {255, 255, 255, 255};
+// Without settings the frame still clears, in the default background colour.
+static const MColour DefaultBackground = {255, 255, 255, 255};
+
+void ApplyDisplayScale(MDrawSurface& surface) {
+    if (!TheSettings || TheSettings->DisplaySize == 0) return;
+    float scale = 100.0f / float(TheSettings->DisplaySize);
+    if (scale != 0) surface.Scale = scale;
+}
 
 void DestroySurface() {
     if (!TheSurface) return;
@@ -34,8 +40,7 @@ static bool CreateSurface(int32_t width, int32_t height) {
     }
     TheSurface = surface;
     DebugOutput(u"MDrawSurface created\n");
-    // The display scale of the DisplaySize setting is set here once the
-    // settings object exists.
+    ApplyDisplayScale(*surface);
     if (TheView) TheView->SetViewport(float(width), float(height));
     return true;
 }
@@ -48,7 +53,7 @@ void DrawFrame() {
         DestroySurface();
     if (!TheSurface && !CreateSurface(width, height)) return;
     if (!TheSurface->Begin()) return;
-    TheSurface->Clear(BackgroundColour);
+    TheSurface->Clear(TheSettings ? TheSettings->ColourBackground : DefaultBackground);
     // The scene follows here: background picture, view decorations, sketch,
     // running stroke.
     TheSurface->End();

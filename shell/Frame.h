@@ -15,6 +15,11 @@ extern MDrawSurface* TheSurface;
 // the scene drawn.
 void DrawFrame();
 
+// The display scale of the DisplaySize setting: 100 / DisplaySize, unless
+// DisplaySize is 0 or the quotient is 0, when the surface keeps its scale.
+// Nothing without settings.
+void ApplyDisplayScale(MDrawSurface& surface);
+
 // Destroys TheSurface if there is one (a size change, and the end of the
 // program).
 void DestroySurface();

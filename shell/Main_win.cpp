@@ -11,7 +11,6 @@
 #include "shell/Shell.h"
 #include "shell/Startup.h"
 #include "shell/WindowProc_win.h"
-#include "shell/WindowRect.h"
 
 #include <objbase.h>
 #include <shellapi.h>
@@ -49,9 +48,9 @@ static void RegisterMainClass(HINSTANCE instance) {
 static int32_t StartUp(HINSTANCE instance, int showCommand) {
     RegisterMainClass(instance);
 
-    // Steps 2 and 3, the settings with their file, come here; until then the
-    // window opens at the default place the settings would give it.
-    WRect place = DefaultWindowRect(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    // Steps 2 and 3.
+    if (!StartSettings()) return ShutdownSettings;
+    WRect place = TheSettings->WindowRect;
 
     // Steps 4 to 6.
     TheInstance = instance;
@@ -108,8 +107,10 @@ static void ShutDown(int32_t from) {
         ComStarted = false;
         DebugOutput(u"COM uninitialised\n");
     }
-    // ShutdownSettings and ShutdownToolWindows: the settings object, then the
-    // Point and Element tool windows, go here once they exist.
+    // The settings were saved when the window closed, not here.
+    if (from <= ShutdownSettings) DestroySettings();
+    // ShutdownToolWindows: the Point and Element tool windows go here once
+    // they exist.
     // ShutdownSurface: the Mode palette goes first, once it exists.
     if (from <= ShutdownSurface) DestroySurface();
 }

@@ -7,13 +7,19 @@
 #include "sketch/WSketch.h"
 #include "view/WView.h"
 
+bool StartSettings() {
+    if (!CreateSettings()) return false;
+    TheSettings->Load();
+    return true;
+}
+
 // The element table (step 9) takes its place in front of the sketch once it
 // exists; its failure will end the start at ShutdownElement like the sketch's.
 int32_t CreateModelObjects() {
     // Step 10. The ring is made with the sketch and holds the empty sketch as
-    // its first snapshot. The save dialog's Centre, Scale and MaxLinesPerCurve
-    // are reset here once the settings object exists.
+    // its first snapshot.
     if (!CreateSketch()) return ShutdownElement;
+    if (TheSettings) TheSettings->ResetSaveChoices();
     // Step 11.
     if (!CreateRecording()) return ShutdownSketch;
     // Step 12: the view is reset by its creation.
@@ -48,8 +54,9 @@ void OpenStartFile(const MString& argument) {
     OpenSketch(argument);
 }
 
-// The question about unsaved changes and the saving of the settings come in
-// here, in this order, with the file commands and the settings file.
-bool PrepareToClose() {
+// The question about unsaved changes comes first, with the file commands.
+// The tool windows are not there yet, so they are saved as closed.
+bool PrepareToClose(const WRect& mainWindow) {
+    SaveSettingsAtClose(mainWindow, nullptr, nullptr, nullptr);
     return true;
 }

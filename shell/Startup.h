@@ -5,6 +5,7 @@
 // part of the order is one piece of portable code that tests can run.
 
 #include "foundation/MString.h"
+#include "shell/WSettings.h"
 #include <cstdint>
 
 // The steps of shutdown, in the order in which they run behind the message
@@ -20,9 +21,15 @@ enum WShutdownStep : int32_t {
     ShutdownSurface = 8,     // the Mode palette, then the drawing surface
 };
 
+// Start-up steps 2 and 3: the settings with their defaults, the main
+// window's place among them, then the settings file if there is one. False
+// when there is no settings object.
+bool StartSettings();
+
 // Start-up steps 9 to 12: the element table, the sketch with its ring, the
-// recorder and the view, in this order. An object that exists already is
-// kept (its creation says so in a message). Returns 0 when all exist
+// recorder and the view, in this order. The save dialog's choices are reset
+// with the sketch, whatever the settings file said. An object that exists
+// already is kept (its creation says so in a message). Returns 0 when all exist
 // afterwards, otherwise the shutdown step that undoes what was made.
 int32_t CreateModelObjects();
 
@@ -41,10 +48,11 @@ void EnterStartMode();
 // other argument does nothing.
 void OpenStartFile(const MString& argument);
 
-// The main window was asked to close. False when the user chose to stay
-// (the question about unsaved changes); true once the window may go, with
-// the window places and the settings saved first.
-bool PrepareToClose();
+// The main window, at the given place on the screen, was asked to close.
+// False when the user chose to stay (the question about unsaved changes);
+// true once the window may go, with the window places and the settings
+// saved first.
+bool PrepareToClose(const WRect& mainWindow);
 
 // Start-up step 17: whether the first command-line argument names a sketch to
 // open at start. Only the extensions EPS and QO count, in any case; anything

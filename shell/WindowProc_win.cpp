@@ -11,7 +11,9 @@
 // The user's close (the window's close box, Alt+F4, File > Exit): the window
 // goes only when the shell agrees; its destruction then ends the loop.
 static void CloseMainWindow(HWND window) {
-    if (!PrepareToClose()) return;
+    RECT place = {};
+    GetWindowRect(window, &place);
+    if (!PrepareToClose(WRect{place.left, place.top, place.right, place.bottom})) return;
     DestroyWindow(window);
 }
 

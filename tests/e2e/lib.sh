@@ -7,12 +7,16 @@
 #   close_with_alt_f4         the user's keyboard close
 #   close_with_file_exit      File > Exit from the keyboard (Alt+F, Up, Return)
 #   expect_exit_code 0        waits for the end and checks its exit code
+#   settings_text             the settings file as UTF-8 text
 #
 # Without DISPLAY a private Xvfb of 1280x1024x24 is started and ended again.
+# Every journey is a new user: the settings file of the prefix is removed
+# before the program starts.
 
 set -uo pipefail
 E2E_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 WINE_RUN=$E2E_ROOT/tools/wine-run.sh
+E2E_PREFIX=${QUILLMERE_WINEPREFIX:-$E2E_ROOT/build/wineprefix}
 E2E_NAME=$(basename "${BASH_SOURCE[1]:-e2e}" .sh)
 E2E_XVFB=""
 QPID=""
@@ -33,7 +37,7 @@ e2e_cleanup() {
   fi
   if [ -n "$E2E_XVFB" ]; then
     # Wine's helper processes hold the display until their server ends.
-    WINEPREFIX=${QUILLMERE_WINEPREFIX:-$E2E_ROOT/build/wineprefix} timeout 20 wineserver -w 2>/dev/null
+    WINEPREFIX=$E2E_PREFIX timeout 20 wineserver -w 2>/dev/null
     kill "$E2E_XVFB" 2>/dev/null
     wait "$E2E_XVFB" 2>/dev/null
   fi
@@ -63,7 +67,15 @@ e2e_begin() {
   read -r SCREEN_W SCREEN_H < <(xdotool getdisplaygeometry) || fail "no display geometry"
   # The prefix keeps its screen layout while its server lives: let a server of
   # an earlier run (perhaps on another display) end first.
-  WINEPREFIX=${QUILLMERE_WINEPREFIX:-$E2E_ROOT/build/wineprefix} timeout 60 wineserver -w 2>/dev/null || true
+  WINEPREFIX=$E2E_PREFIX timeout 60 wineserver -w 2>/dev/null || true
+  rm -rf "$E2E_PREFIX"/drive_c/users/*/AppData/Roaming/Brambleworks/Quillmere
+}
+
+settings_text() {
+  local file
+  file=$(ls "$E2E_PREFIX"/drive_c/users/*/AppData/Roaming/Brambleworks/Quillmere/Quillmere.txt 2>/dev/null | head -n 1)
+  [ -n "$file" ] || return 1
+  iconv -f UTF-16 -t UTF-8 "$file" | tr -d '\r'
 }
 
 start_quillmere() {

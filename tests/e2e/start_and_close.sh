@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# A user starts Quillmere, sees an empty white drawing area in a window of
-# 0.8 of the screen, centred, titled for a new sketch in the drawing mode,
-# and closes it with Alt+F4. The program ends with exit code 0.
+# A new user starts Quillmere, sees an empty white drawing area in a window
+# of 0.8 of the screen, centred, titled for a new sketch in the drawing mode,
+# and closes it with Alt+F4. The program ends with exit code 0, and the
+# settings file now holds the window's place for the next start.
 #
 # Closing: Wine's default window procedure turns Alt+F4 into the close
 # command even without a window manager, so the user's own key is used here;
@@ -44,7 +45,12 @@ darkest=$(darkest_in "$shot" $((WIN_W - 20)) $((WIN_H - menu_bar - 10)) $((WIN_X
 [ "$darkest" = "1" ] || fail "the drawing area is not white (darkest channel $darkest), see $shot"
 echo "screenshot: $shot"
 
+settings_text >/dev/null && fail "a new user has no settings file before the close"
 close_with_alt_f4
 expect_exit_code 0 30
 [ -z "$(program_windows)" ] || fail "a window is left after the end"
+# WindowRect is written as top, right, bottom, left.
+first=$(settings_text | head -n 1) || fail "no settings file after the close"
+want=$(printf 'WindowRect\t%d\t%d\t%d\t%d' "$want_y" $((want_x + want_w)) $((want_y + want_h)) "$want_x")
+[ "$first" = "$want" ] || fail "settings begin with \"$first\", expected \"$want\""
 echo "PASS ($E2E_NAME)"

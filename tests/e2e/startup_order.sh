@@ -13,6 +13,7 @@ expect_exit_code 0 30
 
 # Each line once, and in this order.
 expected=(
+  "WSettings created"
   "Main window created"
   "COM initialised"
   "WSketch created"
@@ -26,6 +27,7 @@ expected=(
   "WRecording destroyed"
   "WSketch destroyed"
   "COM uninitialised"
+  "WSettings destroyed"
   "MDrawSurface destroyed"
 )
 tr -d '\r' <"$QLOG" >"$OUT/lines.txt"

@@ -9,6 +9,7 @@
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
+#include "shell/WSettings.h"
 #include "shell/Window.h"
 #include "view/WView.h"
 
@@ -34,6 +35,7 @@ class Frame : public ::testing::Test {
     }
     void TearDown() override {
         DestroySurface();
+        DestroySettings();
         DestroyView();
         TheMainWindow = nullptr;
         SetMainClientSize(0, 0);
@@ -118,6 +120,44 @@ TEST_F(Frame, WithoutAViewTheFrameStillDraws) {
     DestroyView();
     DrawFrame();
     ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 640 480\nBegin\nClear 255 255 255 255\nEnd\n");
+}
+
+TEST_F(Frame, ClearsWithTheBackgroundColourOfTheSettings) {
+    CreateSettings();
+    TheSettings->ColourBackground = MColour{30, 20, 10, 255}; // blue, green, red, alpha
+    DrawFrame();
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(U16(TheSurface->Recording),
+              u"CreateForWindow 640 480\nBegin\nClear 30 20 10 255\nEnd\n");
+}
+
+TEST_F(Frame, NewSurfaceTakesTheDisplayScale) {
+    CreateSettings();
+    TheSettings->DisplaySize = 50;
+    DrawFrame();
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(TheSurface->Scale, 2.0f);
+    // A kept surface keeps its scale; the next new one takes the setting.
+    TheSettings->DisplaySize = 400;
+    DrawFrame();
+    EXPECT_EQ(TheSurface->Scale, 2.0f);
+    SetMainClientSize(600, 480);
+    DrawFrame();
+    EXPECT_EQ(TheSurface->Scale, 0.25f);
+    TheSettings->DisplaySize = 300;
+    SetMainClientSize(640, 480);
+    DrawFrame();
+    EXPECT_EQ(TheSurface->Scale, 100.0f / 300.0f);
+}
+
+TEST_F(Frame, DisplaySizeZeroLeavesTheDefaultScale) {
+    CreateSettings();
+    TheSettings->DisplaySize = 0;
+    DrawFrame();
+    ASSERT_NE(TheSurface, nullptr);
+    EXPECT_EQ(TheSurface->Scale, 1.0f);
     EXPECT_EQ(U16(TheSurface->Recording),
               u"CreateForWindow 640 480\nBegin\nClear 255 255 255 255\nEnd\n");
 }

@@ -8,11 +8,14 @@
 #include "shell/Frame.h"
 #include "shell/Shell.h"
 #include "shell/Startup.h"
+#include "shell/WSettings.h"
 #include "shell/Window.h"
 #include "sketch/WRecording.h"
 #include "sketch/WSketch.h"
 #include "sketch/WUndoRing.h"
 #include "view/WView.h"
+
+#include "ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -47,16 +50,40 @@ std::vector<std::u16string> ObjectLines(const MString& capture) {
 void EndEverything() {
     DestroySurface();
     DestroyModelObjects(ShutdownView);
+    DestroySettings();
     TheMode = ModeDraw;
     TheFileName = MString();
 }
 
+// Each test is a new user on a screen of 1280 by 1024, with a settings
+// folder of its own.
 class StartupOrder : public ::testing::Test {
   protected:
-    void SetUp() override { EndEverything(); }
+    scratch::fs::path Folder;
+    MScreenMetrics Screen;
+
+    void SetUp() override {
+        EndEverything();
+        Folder = scratch::Fresh(std::string("startup-") +
+                                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        SetFolderOverride(FolderAppData, scratch::Text(Folder / "appdata"));
+        SetFolderOverride(FolderDocuments, scratch::Text(Folder / "documents"));
+        Screen.Primary.Width = Screen.Virtual.Width = 1280;
+        Screen.Primary.Height = Screen.Virtual.Height = 1024;
+        TheScreenOverride = &Screen;
+    }
     void TearDown() override {
         TheMessageScript = nullptr;
         EndEverything();
+        TheScreenOverride = nullptr;
+        SetFolderOverride(FolderAppData, MString());
+        SetFolderOverride(FolderDocuments, MString());
+        scratch::Remove(Folder);
+    }
+    void WriteSettingsFile(const std::string& bytes) {
+        scratch::fs::path file = scratch::Path(SettingsFileName());
+        scratch::fs::create_directories(file.parent_path());
+        scratch::WriteBytes(file, bytes);
     }
 };
 
@@ -74,6 +101,58 @@ TEST_F(StartupOrder, ModelObjectsAreMadeInOrderAndEndedInReverse) {
     EXPECT_EQ(TheSketch, nullptr);
     EXPECT_EQ(TheRecording, nullptr);
     EXPECT_EQ(TheView, nullptr);
+}
+
+TEST_F(StartupOrder, SettingsComeBeforeTheModelObjects) {
+    StartDebugCapture();
+    EXPECT_TRUE(StartSettings());
+    EXPECT_EQ(CreateModelObjects(), 0);
+    std::vector<std::u16string> want = {u"WSettings created", u"WSketch created",
+                                        u"WUndoRing created", u"WRecording created",
+                                        u"WView created"};
+    EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
+}
+
+TEST_F(StartupOrder, NewUserGetsTheDefaultWindowPlace) {
+    ASSERT_TRUE(StartSettings());
+    EXPECT_FALSE(TheSettings->Loaded) << "there is no settings file yet";
+    // 0.8 of 1280 by 1024, centred.
+    EXPECT_EQ(TheSettings->WindowRect.left, 128);
+    EXPECT_EQ(TheSettings->WindowRect.top, 102);
+    EXPECT_EQ(TheSettings->WindowRect.right, 1152);
+    EXPECT_EQ(TheSettings->WindowRect.bottom, 921);
+}
+
+TEST_F(StartupOrder, SettingsFileIsReadButTheSaveChoicesStartAfresh) {
+    WriteSettingsFile("PenSize\t5\r\nMaxLinesPerCurve\t7\r\nWindowRect\t50\t650\t450\t40\r\n");
+    ASSERT_TRUE(StartSettings());
+    EXPECT_TRUE(TheSettings->Loaded);
+    EXPECT_EQ(TheSettings->PenSize, 5);
+    EXPECT_EQ(TheSettings->MaxLinesPerCurve, 7)
+        << "the file's value stands until the sketch is made";
+    EXPECT_EQ(TheSettings->WindowRect.left, 40);
+    EXPECT_EQ(TheSettings->WindowRect.top, 50);
+    TheSettings->Centre = false;
+    TheSettings->Scale = false;
+    ASSERT_EQ(CreateModelObjects(), 0);
+    EXPECT_EQ(TheSettings->MaxLinesPerCurve, 100);
+    EXPECT_TRUE(TheSettings->Centre);
+    EXPECT_TRUE(TheSettings->Scale);
+}
+
+TEST_F(StartupOrder, CloseSavesTheWindowPlaceForTheNextStart) {
+    ASSERT_TRUE(StartSettings());
+    ASSERT_EQ(CreateModelObjects(), 0);
+    EXPECT_TRUE(PrepareToClose(WRect{10, 20, 810, 620}));
+    DestroyModelObjects(ShutdownView);
+    DestroySettings();
+
+    ASSERT_TRUE(StartSettings());
+    EXPECT_TRUE(TheSettings->Loaded) << "the file was written at the close";
+    EXPECT_EQ(TheSettings->WindowRect.left, 10);
+    EXPECT_EQ(TheSettings->WindowRect.top, 20);
+    EXPECT_EQ(TheSettings->WindowRect.right, 810);
+    EXPECT_EQ(TheSettings->WindowRect.bottom, 620);
 }
 
 TEST_F(StartupOrder, StartLeavesAnEmptySketchWithItsFirstSnapshotAndAResetView) {
