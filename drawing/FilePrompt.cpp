@@ -23,11 +23,16 @@ const char16_t* const Titles[4] = {u"Open sketch", u"Save sketch", u"Select pict
 MString* RememberedFolder(int32_t mode) {
     if (!TheSettings) return nullptr;
     switch (mode) {
-    case PromptOpenSketch: return &TheSettings->FolderOpenSketch;
-    case PromptSaveSketch: return &TheSettings->FolderSaveSketch;
-    case PromptSelectPicture: return &TheSettings->FolderSelectPicture;
-    case PromptSelectExecutable: return &TheSettings->FolderSelectExecutable;
-    default: return nullptr;
+    case PromptOpenSketch:
+        return &TheSettings->FolderOpenSketch;
+    case PromptSaveSketch:
+        return &TheSettings->FolderSaveSketch;
+    case PromptSelectPicture:
+        return &TheSettings->FolderSelectPicture;
+    case PromptSelectExecutable:
+        return &TheSettings->FolderSelectExecutable;
+    default:
+        return nullptr;
     }
 }
 
@@ -51,7 +56,9 @@ MString FolderOfFile(const MString& path) {
     return path.Left(cut - 1);
 }
 
-MString FilePrompt(int32_t mode) { return FilePrompt(TheMainWindow, mode); }
+MString FilePrompt(int32_t mode) {
+    return FilePrompt(TheMainWindow, mode);
+}
 
 MString FilePrompt(void* owner, int32_t mode) {
     if (mode < PromptOpenSketch || mode > PromptSelectExecutable) return MString();
@@ -60,9 +67,15 @@ MString FilePrompt(void* owner, int32_t mode) {
     request.Title = Titles[mode];
     request.Save = mode == PromptSaveSketch;
     switch (mode) {
-    case PromptOpenSketch: SetFilter(request, SketchOpenFilter); break;
-    case PromptSaveSketch: SetFilter(request, SketchSaveFilter); break;
-    case PromptSelectExecutable: SetFilter(request, ExecutableFilter); break;
+    case PromptOpenSketch:
+        SetFilter(request, SketchOpenFilter);
+        break;
+    case PromptSaveSketch:
+        SetFilter(request, SketchSaveFilter);
+        break;
+    case PromptSelectExecutable:
+        SetFilter(request, ExecutableFilter);
+        break;
     case PromptSelectPicture: {
         const MMediaSlot& pictures = MMediaTypes[MediaPicture];
         if (pictures.Filter.Count > 0) {

@@ -50,8 +50,8 @@ MString FolderOfFile(const MString& path);
 struct FilePromptScript {
     const MString* Answers = nullptr;
     int32_t AnswerCount = 0;
-    int32_t Count = 0;          // prompts asked so far
-    WFilePromptRequest Last;    // the latest request
+    int32_t Count = 0;       // prompts asked so far
+    WFilePromptRequest Last; // the latest request
 };
 extern FilePromptScript* TheFilePromptScript;
 

@@ -2,4 +2,6 @@
 
 #include "drawing/FilePrompt.h"
 
-MString PlatformFilePrompt(void*, const WFilePromptRequest&) { return MString(); }
+MString PlatformFilePrompt(void*, const WFilePromptRequest&) {
+    return MString();
+}

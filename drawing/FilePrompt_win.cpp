@@ -3,6 +3,7 @@
 #include "drawing/FilePrompt.h"
 
 #include <windows.h>
+
 #include <commdlg.h>
 
 MString PlatformFilePrompt(void* owner, const WFilePromptRequest& request) {
@@ -10,7 +11,8 @@ MString PlatformFilePrompt(void* owner, const WFilePromptRequest& request) {
     // still has its terminator.
     wchar_t name[FilePromptBufferLength + 1] = {};
     if (request.InitialFile.Length >= 1 && request.InitialFile.Length <= FilePromptBufferLength)
-        for (int32_t i = 0; i < request.InitialFile.Length; i++) name[i] = wchar_t(request.InitialFile.Text[i]);
+        for (int32_t i = 0; i < request.InitialFile.Length; i++)
+            name[i] = wchar_t(request.InitialFile.Text[i]);
 
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);

@@ -75,7 +75,8 @@ const int32_t ExtensionStep = 10;
 MString Piece(const char16_t* text, int32_t count) {
     MVector<char16_t> buffer;
     if (count <= 0 || !buffer.SetCount(count + 1)) return MString();
-    for (int32_t i = 0; i < count; i++) buffer[i] = text[i];
+    for (int32_t i = 0; i < count; i++)
+        buffer[i] = text[i];
     buffer[count] = 0;
     return MString(buffer.Data);
 }
@@ -119,8 +120,10 @@ void QuickSort(MString* items, int32_t low, int32_t high) {
     MString pivot = items[low + (high - low) / 2];
     int32_t i = low, j = high;
     while (i <= j) {
-        while (Compare(items[i], pivot) < 0) i++;
-        while (Compare(items[j], pivot) > 0) j--;
+        while (Compare(items[i], pivot) < 0)
+            i++;
+        while (Compare(items[j], pivot) > 0)
+            j--;
         if (i <= j) {
             std::swap(items[i], items[j]);
             i++;
@@ -254,4 +257,6 @@ bool BuildMediaTypesWith(const MString& decoderExtensions) {
     return true;
 }
 
-bool BuildMediaTypes() { return BuildMediaTypesWith(PlatformDecoderExtensions()); }
+bool BuildMediaTypes() {
+    return BuildMediaTypesWith(PlatformDecoderExtensions());
+}

@@ -3,4 +3,6 @@
 
 #include "drawing/MMediaTypes.h"
 
-MString PlatformDecoderExtensions() { return MString(); }
+MString PlatformDecoderExtensions() {
+    return MString();
+}

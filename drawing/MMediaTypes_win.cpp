@@ -4,6 +4,7 @@
 #include "drawing/MMediaTypes.h"
 
 #include <windows.h>
+
 #include <wincodec.h>
 
 namespace {

@@ -17,7 +17,9 @@ MString Head(const MString& text, int32_t count) {
     return text.Left(count - 1);
 }
 
-bool IsSeparator(char16_t c) { return c == u'/' || c == u'\\'; }
+bool IsSeparator(char16_t c) {
+    return c == u'/' || c == u'\\';
+}
 
 } // namespace
 

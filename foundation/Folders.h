@@ -44,8 +44,8 @@ enum FolderKind { FolderProgram = 0, FolderAppData = 1, FolderDocuments = 2 };
 void SetFolderOverride(FolderKind kind, const MString& path);
 
 // ---- The platform half, in Folders_win.cpp and Folders_posix.cpp.
-MString PlatformModulePath();                    // the running program's file
-MString PlatformUserFolder(FolderKind kind);     // AppData or Documents; empty on failure
+MString PlatformModulePath();                // the running program's file
+MString PlatformUserFolder(FolderKind kind); // AppData or Documents; empty on failure
 enum PathKind { PathMissing = 0, PathFile = 1, PathFolder = 2 };
 PathKind PlatformPathKind(const MString& path);  // what the path names now
 bool PlatformCreateFolder(const MString& path);  // one folder, parent must exist

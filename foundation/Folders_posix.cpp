@@ -86,7 +86,8 @@ int64_t PlatformSizeOfFile(const MString& path) {
     int descriptor = open(name.Data, O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return -1;
     struct stat info;
-    int64_t size = fstat(descriptor, &info) == 0 && !S_ISDIR(info.st_mode) ? int64_t(info.st_size) : -1;
+    int64_t size =
+        fstat(descriptor, &info) == 0 && !S_ISDIR(info.st_mode) ? int64_t(info.st_size) : -1;
     close(descriptor);
     return size;
 }

@@ -5,15 +5,20 @@
 #include "foundation/Folders.h"
 
 #include <windows.h>
+
 #include <shlobj.h>
 
 const char16_t PathSeparator = u'\\';
 
 namespace {
 
-const wchar_t* Wide(const MString& text) { return reinterpret_cast<const wchar_t*>(text.Chars()); }
+const wchar_t* Wide(const MString& text) {
+    return reinterpret_cast<const wchar_t*>(text.Chars());
+}
 
-MString FromWide(const wchar_t* text) { return MString(reinterpret_cast<const char16_t*>(text)); }
+MString FromWide(const wchar_t* text) {
+    return MString(reinterpret_cast<const char16_t*>(text));
+}
 
 } // namespace
 
@@ -27,7 +32,9 @@ MString PlatformModulePath() {
 }
 
 MString PlatformUserFolder(FolderKind kind) {
-    int folder = kind == FolderAppData ? CSIDL_APPDATA : kind == FolderDocuments ? CSIDL_PERSONAL : -1;
+    int folder = kind == FolderAppData     ? CSIDL_APPDATA
+                 : kind == FolderDocuments ? CSIDL_PERSONAL
+                                           : -1;
     if (folder < 0) return MString();
     wchar_t buffer[MAX_PATH + 1] = {};
     if (FAILED(SHGetFolderPathW(nullptr, folder, nullptr, 0, buffer))) return MString();
@@ -40,7 +47,9 @@ PathKind PlatformPathKind(const MString& path) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) ? PathFolder : PathFile;
 }
 
-bool PlatformCreateFolder(const MString& path) { return CreateDirectoryW(Wide(path), nullptr) != 0; }
+bool PlatformCreateFolder(const MString& path) {
+    return CreateDirectoryW(Wide(path), nullptr) != 0;
+}
 
 int64_t PlatformSizeOfFile(const MString& path) {
     HANDLE file = CreateFileW(Wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,

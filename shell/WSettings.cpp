@@ -119,7 +119,8 @@ void WSettings::SetDefaults() {
     DisplaySize = 100;
     ShowHelpTexts = true;
     ExternalTracer = MString();
-    for (int32_t i = 0; i < TemplateCount; i++) Template[i] = false;
+    for (int32_t i = 0; i < TemplateCount; i++)
+        Template[i] = false;
     Smooth = 200;
     TreeType = 5;
 }
@@ -193,39 +194,69 @@ void WSettings::ReadRecords(MTextFile& file) {
         if (file.TokenCount() < 1) continue;
         MString key = file.Token(0);
         auto is = [&key](const char16_t* name) { return SameKey(key, name); };
-        if (is(u"WindowRect")) ReadRect(file, WindowRect);
-        else if (is(u"WindowRect_Info")) ReadRect(file, WindowRect_Info);
-        else if (is(u"WindowRect_Element")) ReadRect(file, WindowRect_Element);
-        else if (is(u"WindowRect_Mode")) ReadRect(file, WindowRect_Mode);
-        else if (is(u"ShowWindow_Point")) ShowWindow_Point = file.TokenBool(1);
-        else if (is(u"ShowWindow_Element")) ShowWindow_Element = file.TokenBool(1);
-        else if (is(u"ShowWindow_Mode")) ShowWindow_Mode = file.TokenBool(1);
-        else if (is(u"SaveSolid")) SaveSolid = file.TokenBool(1);
-        else if (is(u"SaveRoll")) SaveRoll = file.TokenBool(1);
-        else if (is(u"MaxLinesPerCurve")) MaxLinesPerCurve = IntegerToken(file, 1);
-        else if (is(u"FolderOpenSketch")) FolderOpenSketch = file.Token(1);
-        else if (is(u"FolderSaveSketch")) FolderSaveSketch = file.Token(1);
-        else if (is(u"FolderSelectPicture")) FolderSelectPicture = file.Token(1);
-        else if (is(u"FolderSelectExecutable")) FolderSelectExecutable = file.Token(1);
-        else if (is(u"ColourBackground")) ReadColour(file, ColourBackground);
-        else if (is(u"ColourGrid")) ReadColour(file, ColourGrid);
-        else if (is(u"ColourInfo")) ReadColour(file, ColourInfo);
-        else if (is(u"ColourSketch")) ReadColour(file, ColourSketch);
-        else if (is(u"ColourBezier")) ReadColour(file, ColourBezier);
-        else if (is(u"ColourRoll")) ReadColour(file, ColourRoll);
-        else if (is(u"ColourGhost")) ReadColour(file, ColourGhost);
-        else if (is(u"PenSize")) PenSize = Limit(IntegerToken(file, 1), 1, 10);
-        else if (is(u"PointSize")) PointSize = Limit(IntegerToken(file, 1), 1, 20);
-        else if (is(u"GridSize")) GridSize = IntegerToken(file, 1);
-        else if (is(u"UseGrid")) UseGrid = file.TokenBool(1);
-        else if (is(u"DisplaySize")) DisplaySize = IntegerToken(file, 1);
-        else if (is(u"ShowHelpTexts")) ShowHelpTexts = file.TokenBool(1);
-        else if (is(u"ExternalTracer")) ExternalTracer = file.Token(1);
+        if (is(u"WindowRect"))
+            ReadRect(file, WindowRect);
+        else if (is(u"WindowRect_Info"))
+            ReadRect(file, WindowRect_Info);
+        else if (is(u"WindowRect_Element"))
+            ReadRect(file, WindowRect_Element);
+        else if (is(u"WindowRect_Mode"))
+            ReadRect(file, WindowRect_Mode);
+        else if (is(u"ShowWindow_Point"))
+            ShowWindow_Point = file.TokenBool(1);
+        else if (is(u"ShowWindow_Element"))
+            ShowWindow_Element = file.TokenBool(1);
+        else if (is(u"ShowWindow_Mode"))
+            ShowWindow_Mode = file.TokenBool(1);
+        else if (is(u"SaveSolid"))
+            SaveSolid = file.TokenBool(1);
+        else if (is(u"SaveRoll"))
+            SaveRoll = file.TokenBool(1);
+        else if (is(u"MaxLinesPerCurve"))
+            MaxLinesPerCurve = IntegerToken(file, 1);
+        else if (is(u"FolderOpenSketch"))
+            FolderOpenSketch = file.Token(1);
+        else if (is(u"FolderSaveSketch"))
+            FolderSaveSketch = file.Token(1);
+        else if (is(u"FolderSelectPicture"))
+            FolderSelectPicture = file.Token(1);
+        else if (is(u"FolderSelectExecutable"))
+            FolderSelectExecutable = file.Token(1);
+        else if (is(u"ColourBackground"))
+            ReadColour(file, ColourBackground);
+        else if (is(u"ColourGrid"))
+            ReadColour(file, ColourGrid);
+        else if (is(u"ColourInfo"))
+            ReadColour(file, ColourInfo);
+        else if (is(u"ColourSketch"))
+            ReadColour(file, ColourSketch);
+        else if (is(u"ColourBezier"))
+            ReadColour(file, ColourBezier);
+        else if (is(u"ColourRoll"))
+            ReadColour(file, ColourRoll);
+        else if (is(u"ColourGhost"))
+            ReadColour(file, ColourGhost);
+        else if (is(u"PenSize"))
+            PenSize = Limit(IntegerToken(file, 1), 1, 10);
+        else if (is(u"PointSize"))
+            PointSize = Limit(IntegerToken(file, 1), 1, 20);
+        else if (is(u"GridSize"))
+            GridSize = IntegerToken(file, 1);
+        else if (is(u"UseGrid"))
+            UseGrid = file.TokenBool(1);
+        else if (is(u"DisplaySize"))
+            DisplaySize = IntegerToken(file, 1);
+        else if (is(u"ShowHelpTexts"))
+            ShowHelpTexts = file.TokenBool(1);
+        else if (is(u"ExternalTracer"))
+            ExternalTracer = file.Token(1);
         else if (is(u"Template")) {
             int32_t index = IntegerToken(file, 1);
             if (index >= 0 && index < TemplateCount) Template[index] = file.TokenBool(2);
-        } else if (is(u"Smooth")) Smooth = Limit(IntegerToken(file, 1), 0, 1000);
-        else if (is(u"TreeType")) TreeType = IntegerToken(file, 1);
+        } else if (is(u"Smooth"))
+            Smooth = Limit(IntegerToken(file, 1), 0, 1000);
+        else if (is(u"TreeType"))
+            TreeType = IntegerToken(file, 1);
     }
 }
 

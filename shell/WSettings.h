@@ -40,14 +40,14 @@ struct WSettings {
     bool Centre = true, Scale = true;
     bool Loaded = false;
 
-    void SetDefaults(); // all keyed fields except the four rectangles
+    void SetDefaults();          // all keyed fields except the four rectangles
     void SetDefaultRectangles(); // the main window centred on the screen, the others beside it
     // After start-up and at New: the save dialog's Centre and Scale on, and
     // MaxLinesPerCurve 100, whatever the file said.
     void ResetSaveChoices();
-    bool Load();        // reads the settings file if there is one; true when it was read
+    bool Load(); // reads the settings file if there is one; true when it was read
     void ReadRecords(MTextFile& file); // acts on every record of an open file
-    bool Save();        // writes it, unless it exists but could not be read
+    bool Save();                       // writes it, unless it exists but could not be read
 };
 
 extern WSettings* TheSettings;

@@ -13,7 +13,9 @@
 
 namespace {
 
-std::u16string U16(const MString& text) { return std::u16string(text.Chars()); }
+std::u16string U16(const MString& text) {
+    return std::u16string(text.Chars());
+}
 
 std::u16string Filter(const WFilePromptRequest& request) {
     if (!request.Filter) return std::u16string();
@@ -21,7 +23,7 @@ std::u16string Filter(const WFilePromptRequest& request) {
 }
 
 class FilePrompts : public ::testing::Test {
-protected:
+  protected:
     WSettings Settings;
     FilePromptScript Script;
     MString Answers[4];
@@ -53,7 +55,8 @@ protected:
 } // namespace
 
 TEST_F(FilePrompts, CancellingAPromptKeepsTheRememberedFolder) {
-    for (int32_t mode = 0; mode < 4; mode++) EXPECT_TRUE(FilePrompt(mode).IsEmpty()) << mode;
+    for (int32_t mode = 0; mode < 4; mode++)
+        EXPECT_TRUE(FilePrompt(mode).IsEmpty()) << mode;
     EXPECT_EQ(Script.Count, 4);
     EXPECT_EQ(U16(Settings.FolderOpenSketch), u"C:\\Sketches");
     EXPECT_EQ(U16(Settings.FolderSaveSketch), u"C:\\Saved");
@@ -141,7 +144,8 @@ TEST_F(FilePrompts, SelectExecutableAsksForExeFiles) {
 }
 
 TEST_F(FilePrompts, ForceExtensionReplacesOnlyTheFilePartsExtension) {
-    EXPECT_EQ(U16(ForceExtension(MString(u"a\\b.c\\name.eps"), MString(u"EPS"))), u"a\\b.c\\name.EPS");
+    EXPECT_EQ(U16(ForceExtension(MString(u"a\\b.c\\name.eps"), MString(u"EPS"))),
+              u"a\\b.c\\name.EPS");
     EXPECT_EQ(U16(ForceExtension(MString(u"a\\b.c\\name"), MString(u"EPS"))), u"a\\b.c\\name.EPS");
     EXPECT_EQ(U16(ForceExtension(MString(u"name.tar.gz"), MString(u".EPS"))), u"name.tar.EPS");
 }

@@ -3,8 +3,8 @@
 
 #include "foundation/Folders.h"
 
-#include "foundation/Platform.h"
 #include "ScratchFolder.h"
+#include "foundation/Platform.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using scratch::U16;
 namespace {
 
 class Folders : public ::testing::Test {
-protected:
+  protected:
     scratch::fs::path Folder;
     void SetUp() override {
         Folder = scratch::Fresh(::testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -68,7 +68,8 @@ TEST_F(Folders, ProgramFolderOverrideStandsForTheSystemsAnswer) {
 }
 
 TEST_F(Folders, NormalisePathUsesTheBuildsSeparatorAndDropsATrailingOne) {
-    MString expected = MString(u"a") + PathSeparator + MString(u"b") + PathSeparator + MString(u"c");
+    MString expected =
+        MString(u"a") + PathSeparator + MString(u"b") + PathSeparator + MString(u"c");
     EXPECT_EQ(U16(NormalisePath(MString(u"a/b\\c/"))), U16(expected));
     EXPECT_EQ(U16(NormalisePath(MString(u"a\\b/c\\"))), U16(expected));
     EXPECT_EQ(U16(JoinPath(MString(u"a"), MString(u"b"))),

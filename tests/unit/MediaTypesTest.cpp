@@ -18,7 +18,8 @@ namespace {
 std::vector<std::u16string> List(int32_t slot) {
     std::vector<std::u16string> list;
     const MMediaSlot& s = MMediaTypes[slot];
-    for (int32_t i = 0; i < s.ExtensionCount; i++) list.push_back(s.Extensions[i].Chars());
+    for (int32_t i = 0; i < s.ExtensionCount; i++)
+        list.push_back(s.Extensions[i].Chars());
     return list;
 }
 
@@ -29,7 +30,8 @@ std::u16string Filter(int32_t slot) {
 
 int Occurrences(int32_t slot, const std::u16string& extension) {
     int count = 0;
-    for (const std::u16string& e : List(slot)) count += e == extension;
+    for (const std::u16string& e : List(slot))
+        count += e == extension;
     return count;
 }
 
@@ -40,15 +42,15 @@ bool Sorted(const std::vector<std::u16string>& list) {
 }
 
 const std::vector<std::u16string> VideoSorted = {
-    u"3GP",  u"ASF",  u"AVI",  u"BDMV", u"DIVX", u"FLV", u"GIF", u"HDMOV", u"M2T", u"M2TS",
-    u"M4V",  u"MKA",  u"MKV",  u"MOV",  u"MP4",  u"MPEG", u"MPG", u"MPLS", u"MTS", u"OGA",
-    u"OGG",  u"OGM",  u"OGV",  u"QT",   u"TS",   u"VOB", u"WEBM", u"WMV"};
+    u"3GP", u"ASF", u"AVI", u"BDMV", u"DIVX", u"FLV",  u"GIF",  u"HDMOV", u"M2T", u"M2TS",
+    u"M4V", u"MKA", u"MKV", u"MOV",  u"MP4",  u"MPEG", u"MPG",  u"MPLS",  u"MTS", u"OGA",
+    u"OGG", u"OGM", u"OGV", u"QT",   u"TS",   u"VOB",  u"WEBM", u"WMV"};
 
 const std::vector<std::u16string> FallbackPictures = {u"BMP", u"DDS", u"GIF", u"JPE", u"JPEG",
                                                       u"JPG", u"PNG", u"TGA", u"TIF", u"TIFF"};
 
 class MediaTypes : public ::testing::Test {
-protected:
+  protected:
     void TearDown() override { ClearMediaTypes(); }
 };
 
@@ -56,13 +58,29 @@ protected:
 
 TEST_F(MediaTypes, TwentyThreeSlotsWithTheirNames) {
     ASSERT_TRUE(BuildMediaTypesWith(MString()));
-    const char16_t* names[MediaTypeCount] = {
-        u"Text files", u"Cinderlane show files", u"Cinderlane playlists", u"Cinderlane presets",
-        u"Cinderlane colour fonts", u"Cinderlane uncompiled effects", u"Cinderlane effects",
-        u"Cube map files", u"(Animated) GIF files", u"Video files", u"Vector files",
-        u"Audio files", u"XML files", u"3D model files", u"Picture files", u"Server scripts",
-        u"Webcams", u"QR code", u"Dynamic colour maps", u"Dynamic cube maps",
-        u"Dynamic glow maps", u"Previous frame", u"Picture and video files"};
+    const char16_t* names[MediaTypeCount] = {u"Text files",
+                                             u"Cinderlane show files",
+                                             u"Cinderlane playlists",
+                                             u"Cinderlane presets",
+                                             u"Cinderlane colour fonts",
+                                             u"Cinderlane uncompiled effects",
+                                             u"Cinderlane effects",
+                                             u"Cube map files",
+                                             u"(Animated) GIF files",
+                                             u"Video files",
+                                             u"Vector files",
+                                             u"Audio files",
+                                             u"XML files",
+                                             u"3D model files",
+                                             u"Picture files",
+                                             u"Server scripts",
+                                             u"Webcams",
+                                             u"QR code",
+                                             u"Dynamic colour maps",
+                                             u"Dynamic cube maps",
+                                             u"Dynamic glow maps",
+                                             u"Previous frame",
+                                             u"Picture and video files"};
     for (int32_t i = 0; i < MediaTypeCount; i++) {
         ASSERT_NE(MMediaTypes[i].DisplayName, nullptr) << i;
         EXPECT_EQ(std::u16string(MMediaTypes[i].DisplayName), std::u16string(names[i])) << i;
@@ -82,8 +100,8 @@ TEST_F(MediaTypes, FixedListsAreSortedByCodeUnit) {
     EXPECT_EQ(List(MediaGif), std::vector<std::u16string>({u"GIF"}));
     EXPECT_EQ(List(MediaVideo), VideoSorted);
     EXPECT_EQ(List(MediaVector), std::vector<std::u16string>({u"EPS"}));
-    EXPECT_EQ(List(MediaAudio),
-              std::vector<std::u16string>({u"AAC", u"M4A", u"MID", u"MP3", u"OPUS", u"WAV", u"WMA"}));
+    EXPECT_EQ(List(MediaAudio), std::vector<std::u16string>(
+                                    {u"AAC", u"M4A", u"MID", u"MP3", u"OPUS", u"WAV", u"WMA"}));
     EXPECT_EQ(List(MediaXml), std::vector<std::u16string>({u"XML"}));
     EXPECT_EQ(List(MediaModel), std::vector<std::u16string>({u"GLB", u"OBJ", u"STL", u"X"}));
     EXPECT_EQ(List(MediaServerScript),
@@ -101,17 +119,17 @@ TEST_F(MediaTypes, WithNoDecoderListedTheFallbackStandsBesideTgaAndDds) {
 
 TEST_F(MediaTypes, DecoderExtensionsReplaceTheFallback) {
     ASSERT_TRUE(BuildMediaTypesWith(MString(u".bmp,.dib,.rle.png,.jxr;.wdp ,.jp2")));
-    EXPECT_EQ(List(MediaPicture), std::vector<std::u16string>({u"BMP", u"DDS", u"DIB", u"JP2",
-                                                               u"JXR", u"PNG", u"RLE", u"TGA",
-                                                               u"WDP"}));
+    EXPECT_EQ(List(MediaPicture),
+              std::vector<std::u16string>(
+                  {u"BMP", u"DDS", u"DIB", u"JP2", u"JXR", u"PNG", u"RLE", u"TGA", u"WDP"}));
 }
 
 TEST_F(MediaTypes, OnlyLettersAndDigitsBuildAnExtension) {
     // Lower case is raised first; any other character, a non-ASCII letter
     // too, ends an extension.
     ASSERT_TRUE(BuildMediaTypesWith(MString(u"a1b\u00e9cd-e_f")));
-    EXPECT_EQ(List(MediaPicture), std::vector<std::u16string>({u"A1B", u"CD", u"DDS", u"E", u"F",
-                                                               u"TGA"}));
+    EXPECT_EQ(List(MediaPicture),
+              std::vector<std::u16string>({u"A1B", u"CD", u"DDS", u"E", u"F", u"TGA"}));
 }
 
 TEST_F(MediaTypes, ADecoderOfferingEpsDoesNotMakeItAPicture) {
@@ -144,8 +162,10 @@ TEST_F(MediaTypes, GifAndDdsStandInTwoSlotsEach) {
 TEST_F(MediaTypes, SlotTwentyTwoIsTheUnionOfVideoAndPictures) {
     ASSERT_TRUE(BuildMediaTypesWith(MString(u".png,.heic,.avif")));
     std::set<std::u16string> expected;
-    for (const std::u16string& e : List(MediaVideo)) expected.insert(e);
-    for (const std::u16string& e : List(MediaPicture)) expected.insert(e);
+    for (const std::u16string& e : List(MediaVideo))
+        expected.insert(e);
+    for (const std::u16string& e : List(MediaPicture))
+        expected.insert(e);
     std::vector<std::u16string> union_ = List(MediaPictureAndVideo);
     EXPECT_EQ(std::set<std::u16string>(union_.begin(), union_.end()), expected);
     EXPECT_EQ(union_.size(), expected.size());
@@ -215,7 +235,8 @@ TEST_F(MediaTypes, BuildMediaTypesListsTheInstalledDecoders) {
     ASSERT_TRUE(BuildMediaTypes());
     if (com) CoUninitialize();
     EXPECT_FALSE(decoders.IsEmpty());
-    for (const char16_t* e : {u"PNG", u"BMP", u"JPG", u"JPEG", u"GIF", u"TIF", u"TIFF", u"TGA", u"DDS"})
+    for (const char16_t* e :
+         {u"PNG", u"BMP", u"JPG", u"JPEG", u"GIF", u"TIF", u"TIFF", u"TGA", u"DDS"})
         EXPECT_EQ(Occurrences(MediaPicture, e), 1) << std::string(e, e + 3);
     EXPECT_EQ(Occurrences(MediaPicture, u"EPS"), 0);
 #else

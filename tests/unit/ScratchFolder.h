@@ -51,7 +51,9 @@ inline MString Text(const fs::path& path) {
     return NormalisePath(MString(path.u16string().c_str()));
 }
 
-inline fs::path Path(const MString& text) { return fs::path(std::u16string(text.Chars())); }
+inline fs::path Path(const MString& text) {
+    return fs::path(std::u16string(text.Chars()));
+}
 
 inline void WriteBytes(const fs::path& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
@@ -63,6 +65,8 @@ inline std::string ReadBytes(const fs::path& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-inline std::u16string U16(const MString& text) { return std::u16string(text.Chars()); }
+inline std::u16string U16(const MString& text) {
+    return std::u16string(text.Chars());
+}
 
 } // namespace scratch

@@ -4,12 +4,12 @@
 
 #include "shell/WSettings.h"
 
+#include "ScratchFolder.h"
 #include "foundation/Folders.h"
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
 #include "shell/Window.h"
-#include "ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -48,7 +48,9 @@ struct ForeignLock {
         Handle = CreateFileW(path.wstring().c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     }
-    bool Held() const { return Handle != INVALID_HANDLE_VALUE; }
+    bool Held() const {
+        return Handle != INVALID_HANDLE_VALUE;
+    }
     ~ForeignLock() {
         if (Held()) CloseHandle(Handle);
     }
@@ -61,7 +63,9 @@ struct ForeignLock {
             Descriptor = -1;
         }
     }
-    bool Held() const { return Descriptor >= 0; }
+    bool Held() const {
+        return Descriptor >= 0;
+    }
     ~ForeignLock() {
         if (Held()) close(Descriptor);
     }
@@ -88,7 +92,7 @@ std::string Utf16File(const std::u16string& text) {
 }
 
 class Settings : public ::testing::Test {
-protected:
+  protected:
     fs::path Folder;
     MScreenMetrics Metrics = Screen(1920, 1080);
     MessageScript Messages;
@@ -183,7 +187,8 @@ TEST_F(Settings, CreationGivesTheDefaultsOfEveryKey) {
     EXPECT_EQ(s.DisplaySize, 100);
     EXPECT_TRUE(s.ShowHelpTexts);
     EXPECT_TRUE(s.ExternalTracer.IsEmpty());
-    for (int32_t i = 0; i < TemplateCount; i++) EXPECT_FALSE(s.Template[i]) << i;
+    for (int32_t i = 0; i < TemplateCount; i++)
+        EXPECT_FALSE(s.Template[i]) << i;
     EXPECT_EQ(s.Smooth, 200);
     EXPECT_EQ(s.TreeType, 5);
     EXPECT_TRUE(s.Centre);
@@ -202,7 +207,7 @@ TEST_F(Settings, AColourIsHeldBlueGreenRedAlpha) {
 
 TEST_F(Settings, DefaultRectanglesFollowTheScreen) {
     const WSettings& s = *CreateSettings();
-    ExpectRect(s.WindowRect, 192, 108, 1728, 972); // 1536 by 864, centred
+    ExpectRect(s.WindowRect, 192, 108, 1728, 972);     // 1536 by 864, centred
     ExpectRect(s.WindowRect_Info, 1420, 151, 0, 0);    // 192 + 1228, 108 + 43
     ExpectRect(s.WindowRect_Element, 1420, 583, 0, 0); // 151 + 432
     ExpectRect(s.WindowRect_Mode, 192, 453, 0, 0);     // 108 + 345
@@ -346,7 +351,8 @@ TEST_F(Settings, TemplateIndicesOutsideZeroToEightAreIgnored) {
     WSettings& s = LoadFrom("Template\t9\tY\r\nTemplate\t-1\tY\r\nTemplate\t0\tY\r\n"
                             "Template\t8\tY\r\nTemplate\t3\r\n");
     bool expected[TemplateCount] = {true, false, false, false, false, false, false, false, true};
-    for (int32_t i = 0; i < TemplateCount; i++) EXPECT_EQ(s.Template[i], expected[i]) << i;
+    for (int32_t i = 0; i < TemplateCount; i++)
+        EXPECT_EQ(s.Template[i], expected[i]) << i;
     DestroySettings();
     WSettings& t = LoadFrom("Template\t3\tY\r\nTemplate\t3\r\n"); // no value: false
     EXPECT_FALSE(t.Template[3]);
@@ -360,7 +366,8 @@ TEST_F(Settings, StringsAreReadWithTheirEscapes) {
 }
 
 TEST_F(Settings, ARecordIsReadInAnyEncoding) {
-    WSettings& s = LoadFrom(Utf16File(u"PenSize\t7\r\nFolderSelectExecutable\tD:\\\u00e9t\u00e9\u4e2d\r\n"));
+    WSettings& s =
+        LoadFrom(Utf16File(u"PenSize\t7\r\nFolderSelectExecutable\tD:\\\u00e9t\u00e9\u4e2d\r\n"));
     EXPECT_EQ(s.PenSize, 7);
     EXPECT_EQ(U16(s.FolderSelectExecutable), u"D:\\\u00e9t\u00e9\u4e2d");
     DestroySettings();
@@ -411,8 +418,9 @@ TEST_F(Settings, FittingUsesTheVirtualScreenOfAllMonitors) {
 }
 
 TEST_F(Settings, ExtremeNumbersStillGiveAWindowOnTheScreen) {
-    WSettings& s = LoadFrom("WindowRect\t-2147483648\t2147483647\t2147483647\t-2147483648\r\n"
-                            "WindowRect_Mode\t2147483647\t-2147483648\t-2147483648\t2147483647\r\n");
+    WSettings& s =
+        LoadFrom("WindowRect\t-2147483648\t2147483647\t2147483647\t-2147483648\r\n"
+                 "WindowRect_Mode\t2147483647\t-2147483648\t-2147483648\t2147483647\r\n");
     ExpectRect(s.WindowRect, 0, 0, 1920, 1080);
     ExpectRect(s.WindowRect_Mode, 0, 0, 200, 200);
 }
@@ -477,7 +485,8 @@ TEST_F(Settings, AFileLockedByAnotherProgramSurvivesTheRunUnchanged) {
 TEST_F(Settings, AFileOfRandomBytesGivesTheDefaultsAndIsReplacedAtExit) {
     std::mt19937 generator(20240601);
     std::string garbage;
-    for (int i = 0; i < 4096; i++) garbage += char(generator() & 0xff);
+    for (int i = 0; i < 4096; i++)
+        garbage += char(generator() & 0xff);
     WSettings& s = LoadFrom(garbage);
     EXPECT_TRUE(s.Loaded);
     EXPECT_EQ(s.PenSize, 2);
@@ -536,7 +545,8 @@ TEST_F(Settings, AWrittenFileReadsBackTheSameValues) {
     s.ShowHelpTexts = false;
     s.ExternalTracer = MString(u"C:\\Program Files\\potrace\\potrace.exe");
     bool templates[TemplateCount] = {true, false, true, true, false, false, true, false, true};
-    for (int32_t i = 0; i < TemplateCount; i++) s.Template[i] = templates[i];
+    for (int32_t i = 0; i < TemplateCount; i++)
+        s.Template[i] = templates[i];
     s.Smooth = 650;
     s.TreeType = 2;
     ASSERT_TRUE(s.Save());
@@ -573,7 +583,8 @@ TEST_F(Settings, AWrittenFileReadsBackTheSameValues) {
     EXPECT_EQ(r.DisplaySize, 150);
     EXPECT_FALSE(r.ShowHelpTexts);
     EXPECT_EQ(U16(r.ExternalTracer), U16(saved.ExternalTracer));
-    for (int32_t i = 0; i < TemplateCount; i++) EXPECT_EQ(r.Template[i], templates[i]) << i;
+    for (int32_t i = 0; i < TemplateCount; i++)
+        EXPECT_EQ(r.Template[i], templates[i]) << i;
     EXPECT_EQ(r.Smooth, 650);
     EXPECT_EQ(r.TreeType, 2);
     EXPECT_TRUE(r.Loaded);
