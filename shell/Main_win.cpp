@@ -4,6 +4,7 @@
 // holds the Win32 steps around them.
 
 #include "drawing/MDrawSurface.h"
+#include "drawing/MMediaTypes.h"
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "resources/resource.h"
@@ -68,7 +69,11 @@ static int32_t StartUp(HINSTANCE instance, int showCommand) {
     ComStarted = true;
     DebugOutput(u"COM initialised\n");
 
-    // Step 8, the tables of media file types, comes here. Steps 9 to 12.
+    // Step 8: the tables of media file types ask the installed picture
+    // decoders, so COM must be up. A failure ends COM again.
+    if (!BuildMediaTypes()) return ShutdownElement;
+
+    // Steps 9 to 12.
     if (int32_t failed = CreateModelObjects()) return failed;
 
     // Step 13.

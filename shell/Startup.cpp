@@ -1,5 +1,6 @@
 #include "shell/Startup.h"
 
+#include "elements/WElement.h"
 #include "shell/Frame.h"
 #include "shell/Shell.h"
 #include "shell/SketchFile.h"
@@ -13,9 +14,10 @@ bool StartSettings() {
     return true;
 }
 
-// The element table (step 9) takes its place in front of the sketch once it
-// exists; its failure will end the start at ShutdownElement like the sketch's.
 int32_t CreateModelObjects() {
+    // Step 9: the element table checks itself as it is made; its messages are
+    // for developers, and the start goes on after them.
+    if (!CreateElement()) return ShutdownElement;
     // Step 10. The ring is made with the sketch and holds the empty sketch as
     // its first snapshot.
     if (!CreateSketch()) return ShutdownElement;
@@ -31,7 +33,7 @@ void DestroyModelObjects(int32_t from) {
     if (from <= ShutdownView && TheView) DestroyView();
     if (from <= ShutdownRecording && TheRecording) DestroyRecording();
     if (from <= ShutdownSketch && TheSketch) DestroySketch();
-    // ShutdownElement: the element table goes here once it exists.
+    if (from <= ShutdownElement && TheElement) DestroyElement();
 }
 
 void EnterStartMode() {

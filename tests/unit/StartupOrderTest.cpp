@@ -3,6 +3,7 @@
 // the first command-line argument.
 
 #include "drawing/MDrawSurface.h"
+#include "elements/WElement.h"
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "shell/Frame.h"
@@ -94,10 +95,13 @@ TEST_F(StartupOrder, ModelObjectsAreMadeInOrderAndEndedInReverse) {
     EXPECT_EQ(CreateModelObjects(), 0);
     DestroyModelObjects(ShutdownView);
     std::vector<std::u16string> want = {
-        u"WSketch created", u"WUndoRing created",    u"WRecording created",  u"WView created",
-        u"WView destroyed", u"WRecording destroyed", u"WUndoRing destroyed", u"WSketch destroyed",
+        u"WElement created",     u"WSketch created",     u"WUndoRing created",
+        u"WRecording created",   u"WView created",       u"WView destroyed",
+        u"WRecording destroyed", u"WUndoRing destroyed", u"WSketch destroyed",
+        u"WElement destroyed",
     };
     EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
+    EXPECT_EQ(TheElement, nullptr);
     EXPECT_EQ(TheSketch, nullptr);
     EXPECT_EQ(TheRecording, nullptr);
     EXPECT_EQ(TheView, nullptr);
@@ -107,9 +111,9 @@ TEST_F(StartupOrder, SettingsComeBeforeTheModelObjects) {
     StartDebugCapture();
     EXPECT_TRUE(StartSettings());
     EXPECT_EQ(CreateModelObjects(), 0);
-    std::vector<std::u16string> want = {u"WSettings created", u"WSketch created",
-                                        u"WUndoRing created", u"WRecording created",
-                                        u"WView created"};
+    std::vector<std::u16string> want = {u"WSettings created",  u"WElement created",
+                                        u"WSketch created",    u"WUndoRing created",
+                                        u"WRecording created", u"WView created"};
     EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
 }
 
@@ -172,8 +176,22 @@ TEST_F(StartupOrder, StartLeavesAnEmptySketchWithItsFirstSnapshotAndAResetView) 
     EXPECT_TRUE(TheView->Rotation.Identity);
 }
 
+TEST_F(StartupOrder, CorrectElementTableSaysNothingAtStart) {
+    MString texts[4];
+    MessageScript script;
+    script.Texts = texts;
+    script.Capacity = 4;
+    TheMessageScript = &script;
+    EXPECT_EQ(CreateModelObjects(), 0);
+    TheMessageScript = nullptr;
+    EXPECT_EQ(script.Count, 0);
+    EXPECT_EQ(U16(texts[0]), u"");
+    EXPECT_NE(TheElement, nullptr);
+}
+
 TEST_F(StartupOrder, SecondCreationShowsOneMessagePerObjectAndKeepsTheFirst) {
     ASSERT_EQ(CreateModelObjects(), 0);
+    WElement* element = TheElement;
     WSketch* sketch = TheSketch;
     WUndoRing* ring = TheSketch->Undo;
     WRecording* recording = TheRecording;
@@ -191,13 +209,15 @@ TEST_F(StartupOrder, SecondCreationShowsOneMessagePerObjectAndKeepsTheFirst) {
     MString capture = StopDebugCapture();
     TheMessageScript = nullptr;
 
-    ASSERT_EQ(script.Count, 3);
-    EXPECT_EQ(U16(texts[0]), u"There can only be 1 WSketch object");
-    EXPECT_EQ(U16(texts[1]), u"There can only be 1 WRecording object");
-    EXPECT_EQ(U16(texts[2]), u"There can only be 1 WView object");
-    for (int i = 0; i < 3; i++)
+    ASSERT_EQ(script.Count, 4);
+    EXPECT_EQ(U16(texts[0]), u"ERROR: there can only be 1 WElement object");
+    EXPECT_EQ(U16(texts[1]), u"There can only be 1 WSketch object");
+    EXPECT_EQ(U16(texts[2]), u"There can only be 1 WRecording object");
+    EXPECT_EQ(U16(texts[3]), u"There can only be 1 WView object");
+    for (int i = 0; i < 4; i++)
         EXPECT_EQ(icons[i], IconError) << i;
     EXPECT_TRUE(ObjectLines(capture).empty());
+    EXPECT_EQ(TheElement, element);
     EXPECT_EQ(TheSketch, sketch);
     EXPECT_EQ(TheSketch->Undo, ring);
     EXPECT_EQ(TheRecording, recording);
@@ -206,15 +226,16 @@ TEST_F(StartupOrder, SecondCreationShowsOneMessagePerObjectAndKeepsTheFirst) {
 
 TEST_F(StartupOrder, ShutdownFromAStepEndsThatStepsObjectAndTheOnesMadeBeforeIt) {
     ASSERT_EQ(CreateModelObjects(), 0);
-    // A view that failed leaves recorder and sketch to be undone.
+    // A view that failed leaves recorder, sketch and element to be undone.
     StartDebugCapture();
     DestroyModelObjects(ShutdownRecording);
     std::vector<std::u16string> want = {u"WRecording destroyed", u"WUndoRing destroyed",
-                                        u"WSketch destroyed"};
+                                        u"WSketch destroyed", u"WElement destroyed"};
     EXPECT_EQ(ObjectLines(StopDebugCapture()), want);
     EXPECT_NE(TheView, nullptr);
     EXPECT_EQ(TheRecording, nullptr);
     EXPECT_EQ(TheSketch, nullptr);
+    EXPECT_EQ(TheElement, nullptr);
 
     // Ending what does not exist says nothing.
     StartDebugCapture();
