@@ -564,15 +564,22 @@ TEST_F(ElementGenerator, RoadPiecesIgnorePitchAndBankOfTheLastPoint) {
     EXPECT_TRUE(SameVector(Pt(1).HandleOut, at + ToWorld(P3(0, 6, 30) + h)));
     EXPECT_TRUE(SameVector(Pt(1).Roll, ToWorld(LevelRoll(h))));
 
-    // The same bend from the climbing, banked point and from a level one.
-    Add(ElementRoadBend, 90, 30, 20, 20);
-    std::vector<WSketchPoint> climbing = Records(*TheSketch);
-    Start({Heading(at, P3(10, 0, 0), P3(0, 0, -1), KindMove)});
-    Add(ElementRoadStraight, 30, 20);
-    Add(ElementRoadBend, 90, 30, 20, 20);
-    std::vector<WSketchPoint> level = Records(*TheSketch);
-    ASSERT_EQ(climbing.size(), level.size());
-    for (size_t i = 1; i < level.size(); i++) EXPECT_TRUE(SameRecordBits(climbing[i], level[i])) << i;
+    // Each road piece from the climbing, banked point and from a level one
+    // gives the same records.
+    for (uint32_t id : {ElementRoadStraight, ElementRoadBend}) {
+        SCOPED_TRACE(id);
+        const WElementRow& row = WElementTable[id];
+        Start({Heading(at, P3(10, 10, 0), P3(0, 0.5f, -1), KindMove)});
+        Add(id, row.Default[0], row.Default[1], row.Default[2], row.Default[3]);
+        std::vector<WSketchPoint> climbing = Records(*TheSketch);
+        Start({Heading(at, P3(10, 0, 0), P3(0, 0, -1), KindMove)});
+        Add(id, row.Default[0], row.Default[1], row.Default[2], row.Default[3]);
+        std::vector<WSketchPoint> level = Records(*TheSketch);
+        ASSERT_EQ(climbing.size(), level.size());
+        EXPECT_TRUE(SameBits(climbing[0].HandleOut, level[0].HandleOut));
+        for (size_t i = 1; i < level.size(); i++)
+            EXPECT_TRUE(SameRecordBits(climbing[i], level[i])) << i;
+    }
 
     // A plain element follows the climb instead.
     Start({Heading(at, P3(10, 10, 0), P3(0, 0.5f, -1), KindMove)});
