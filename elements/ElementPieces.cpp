@@ -33,8 +33,7 @@ void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& handle
     piece.Count++;
 }
 
-void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& h,
-              const MPoint3& roll) {
+void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& h, const MPoint3& roll) {
     AddLocal(piece, position, position - h, position + h, roll);
 }
 
@@ -56,24 +55,57 @@ MPoint3 Unit(MPoint3 v) {
 
 void BuildElement(uint32_t id, const float p[4], WLocalPiece& piece) {
     switch (id) {
-    case ElementStraightLine: BuildStraight(p, piece); break;
-    case ElementLiftHill: BuildLiftHill(p, piece); break;
+    case ElementStraightLine:
+        BuildStraight(p, piece);
+        break;
+    case ElementLiftHill:
+        BuildLiftHill(p, piece);
+        break;
     case ElementPreDrop:
-    case ElementDive: BuildDive(p, piece); break;
-    case ElementHill: BuildHill(p, piece); break;
-    case ElementTurn: BuildBend(p, false, piece); break;
-    case ElementImmelmannTurn: BuildHalfOrFullLoop(p, false, piece); break;
-    case ElementCircularLoop: BuildHalfOrFullLoop(p, true, piece); break;
-    case ElementClothoidLoop: BuildClothoidLoop(p, piece); break;
-    case ElementDiveLoop: BuildDiveLoop(p, piece); break;
-    case ElementTopHat: BuildTopHat(p, piece); break;
-    case ElementCorkscrew: BuildCorkscrew(p, piece); break;
-    case ElementCobraRoll: BuildCobraRoll(p, piece); break;
-    case ElementBatwing: BuildBatwing(p, piece); break;
-    case ElementHammerheadTurn: BuildHammerhead(p, piece); break;
-    case ElementRoadStraight: BuildRoadStraight(p, piece); break;
-    case ElementRoadBend: BuildBend(p, true, piece); break;
-    default: break;
+    case ElementDive:
+        BuildDive(p, piece);
+        break;
+    case ElementHill:
+        BuildHill(p, piece);
+        break;
+    case ElementTurn:
+        BuildBend(p, false, piece);
+        break;
+    case ElementImmelmannTurn:
+        BuildHalfOrFullLoop(p, false, piece);
+        break;
+    case ElementCircularLoop:
+        BuildHalfOrFullLoop(p, true, piece);
+        break;
+    case ElementClothoidLoop:
+        BuildClothoidLoop(p, piece);
+        break;
+    case ElementDiveLoop:
+        BuildDiveLoop(p, piece);
+        break;
+    case ElementTopHat:
+        BuildTopHat(p, piece);
+        break;
+    case ElementCorkscrew:
+        BuildCorkscrew(p, piece);
+        break;
+    case ElementCobraRoll:
+        BuildCobraRoll(p, piece);
+        break;
+    case ElementBatwing:
+        BuildBatwing(p, piece);
+        break;
+    case ElementHammerheadTurn:
+        BuildHammerhead(p, piece);
+        break;
+    case ElementRoadStraight:
+        BuildRoadStraight(p, piece);
+        break;
+    case ElementRoadBend:
+        BuildBend(p, true, piece);
+        break;
+    default:
+        break;
     }
     if (piece.Failed) piece.Count = 0;
 }

@@ -37,15 +37,16 @@ bool ReserveLocal(WLocalPiece& piece, int64_t count);
 void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& handleIn,
               const MPoint3& handleOut, const MPoint3& roll);
 // The usual case: HandleIn is P - h and HandleOut is P + h.
-void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& h,
-              const MPoint3& roll);
+void AddLocal(WLocalPiece& piece, const MPoint3& position, const MPoint3& h, const MPoint3& roll);
 
 // The handle length of a circular arc of radius R whose quarter angle has the
 // tangent given: R * 4/3 * tangent in double precision, rounded once.
 float ArcHandle(float radius, float tangent);
 
 // v * factor in double precision, rounded once.
-inline float Times(float v, double factor) { return float(double(v) * factor); }
+inline float Times(float v, double factor) {
+    return float(double(v) * factor);
+}
 
 // The roll of a point on level track with the handle vector h: h normalised
 // to n gives (n.z, 0, -n.x), not normalised again, so a handle that climbs
@@ -62,7 +63,7 @@ void BuildLiftHill(const float p[4], WLocalPiece& piece);
 void BuildDive(const float p[4], WLocalPiece& piece); // "Pre-drop" and "Dive"
 void BuildHill(const float p[4], WLocalPiece& piece);
 void BuildRoadStraight(const float p[4], WLocalPiece& piece);
-void BuildBend(const float p[4], bool road, WLocalPiece& piece); // "Turn", "Road bend"
+void BuildBend(const float p[4], bool road, WLocalPiece& piece);           // "Turn", "Road bend"
 void BuildHalfOrFullLoop(const float p[4], bool full, WLocalPiece& piece); // Immelmann, Circular
 void BuildClothoidLoop(const float p[4], WLocalPiece& piece);
 void BuildDiveLoop(const float p[4], WLocalPiece& piece);

@@ -21,7 +21,7 @@ void BuildHalfOrFullLoop(const float p[4], bool full, WLocalPiece& piece) {
     float l = ArcHandle(R, std::tan(T == 0 ? QuarterPi : EighthPi));
     float around = R * TwoPi;
     float q = std::sqrt(around * around + W * W); // helix length
-    float w = l * W / q;                           // sideways handle part
+    float w = l * W / q;                          // sideways handle part
     float g = T > 0 ? 1.0f : -1.0f;
     if (T != 0) AddLocal(piece, MPoint3{Times(W, 0.25), R, R}, MPoint3{w, l, 0}, MPoint3{0, 0, g});
     // Without a twist the rider is inverted at the top; with one the roll
@@ -66,8 +66,7 @@ void BuildClothoidLoop(const float p[4], WLocalPiece& piece) {
     AddLocal(piece, top, top - MPoint3{wb, 0, -b}, top + MPoint3{wb, 0, -b},
              MPoint3{T == 0 ? 1.0f : -1.0f, 0, 0});
     MPoint3 falling{float((e1 + e2) * W / c), R1, z2};
-    AddLocal(piece, falling, falling - MPoint3{wb, -b, 0}, falling + MPoint3{wa, -a, 0},
-             sideRoll);
+    AddLocal(piece, falling, falling - MPoint3{wb, -b, 0}, falling + MPoint3{wa, -a, 0}, sideRoll);
     MPoint3 end{W, 0, z2 + R1};
     AddLocal(piece, end, MPoint3{0, 0, a}, MPoint3{1, 0, 0});
     piece.Start = MPoint3{0, 0, a};
@@ -164,12 +163,16 @@ void BuildCobraRoll(const float p[4], WLocalPiece& piece) {
     float s2 = std::sin(a2), c2 = std::cos(a2);
     float s = std::sin(a), co = std::cos(a);
 
-    const MPoint3 positions[5] = {
-        {0, R - c1 * R, s1 * R}, {0, R - c2 * R, s2 * R}, {c, R - co * R, s * R},
-        {W, R - c2 * R, s2 * R}, {W, R - c1 * R, s1 * R}};
-    const MPoint3 handles[5] = {
-        {0, s1 * l, c1 * l}, {0, s2 * l, c2 * l}, {m, 0, 0},
-        {0, -(s2 * l), -(c2 * l)}, {0, -(s1 * l), -(c1 * l)}};
+    const MPoint3 positions[5] = {{0, R - c1 * R, s1 * R},
+                                  {0, R - c2 * R, s2 * R},
+                                  {c, R - co * R, s * R},
+                                  {W, R - c2 * R, s2 * R},
+                                  {W, R - c1 * R, s1 * R}};
+    const MPoint3 handles[5] = {{0, s1 * l, c1 * l},
+                                {0, s2 * l, c2 * l},
+                                {m, 0, 0},
+                                {0, -(s2 * l), -(c2 * l)},
+                                {0, -(s1 * l), -(c1 * l)}};
     // The rolls point from the centre of the turn, (c, R, 0), out to the
     // point, and inwards for a positive width.
     const MPoint3 centre{c, R, 0};

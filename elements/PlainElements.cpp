@@ -37,8 +37,7 @@ void BuildDive(const float p[4], WLocalPiece& piece) {
 void BuildHill(const float p[4], WLocalPiece& piece) {
     float L = p[0], H = p[1];
     if (!(L > 0)) return;
-    AddLocal(piece, MPoint3{0, H, Times(L, 0.5)}, MPoint3{0, 0, Times(L, 0.2)},
-             MPoint3{1, 0, 0});
+    AddLocal(piece, MPoint3{0, H, Times(L, 0.5)}, MPoint3{0, 0, Times(L, 0.2)}, MPoint3{1, 0, 0});
     float h = Times(L, 0.3);
     AddLocal(piece, MPoint3{0, 0, L}, MPoint3{0, 0, h}, MPoint3{1, 0, 0});
     piece.Start = MPoint3{0, 0, h};

@@ -14,9 +14,13 @@ WElement* TheElement = nullptr;
 
 // ---- Lifetime
 
-WElement::WElement() { DebugOutput(u"WElement created\n"); }
+WElement::WElement() {
+    DebugOutput(u"WElement created\n");
+}
 
-WElement::~WElement() { DebugOutput(u"WElement destroyed\n"); }
+WElement::~WElement() {
+    DebugOutput(u"WElement destroyed\n");
+}
 
 // The self-checks run only after a real creation: a second call has made
 // nothing new to check.

@@ -94,7 +94,7 @@ TEST_F(ElementGenerator, FailingElementOnEmptySketchLeavesTheStartPoint) {
     Add(ElementStraightLine, 0);
     ASSERT_EQ(Count(), 1);
     EXPECT_TRUE(StartPointWith(MPoint3{0, 0, 10})); // HandleOut (10, 0, 0) as made
-    EXPECT_EQ(TheSketch->Modified, 1);               // the start point was committed
+    EXPECT_EQ(TheSketch->Modified, 1);              // the start point was committed
     EXPECT_EQ(TheSketch->Undo->Depth, 2);
     EXPECT_EQ(TheMode, ModeDraw); // the operation ended before the mode change
     // The same for every element's failing parameters.
@@ -284,7 +284,8 @@ TEST_F(ElementGenerator, LiftHill) {
     EXPECT_TRUE(Local(1, P3(0, 100, 200), P3(0, 0, 40), P3(1, 0, 0)));
     // L and H must both be above 0.
     for (float L : {0.0f, -10.0f})
-        for (float H : {0.0f, -5.0f, 10.0f}) Add(ElementLiftHill, L, H);
+        for (float H : {0.0f, -5.0f, 10.0f})
+            Add(ElementLiftHill, L, H);
     Add(ElementLiftHill, 10, 0);
     Add(ElementLiftHill, 10, -5);
     EXPECT_EQ(Count(), 2);
@@ -381,7 +382,8 @@ TEST_F(ElementGenerator, TurnDefaultsGiveTwoPoints) {
     std::vector<BendPoint> want = ExpectedBend(90, 30, 0, 20, false, s);
     ASSERT_EQ(want.size(), size_t(2));
     EXPECT_TRUE(StartPointWith(s));
-    for (int i = 0; i < 2; i++) EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
+    for (int i = 0; i < 2; i++)
+        EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
     EXPECT_NEAR(s.z, 7.95649, 1e-4);
     EXPECT_TRUE(NearVector(want[0].P, P3(8.7868f, 0, 21.2132f), 1e-4));
     EXPECT_TRUE(NearVector(want[0].Out - want[0].P, P3(5.62609f, 0, 5.62609f), 1e-4));
@@ -398,8 +400,8 @@ TEST_F(ElementGenerator, TurnPointCounts) {
         int32_t n;
     };
     // Quarter circles at most; a slant asks for an even count, at least 2.
-    const Case cases[] = {{90, 20, 2}, {90, 0, 1}, {180, 0, 2}, {181, 0, 3},
-                          {181, 20, 4}, {45, 0, 1}, {45, -5, 2}, {400, 0, 5},
+    const Case cases[] = {{90, 20, 2},  {90, 0, 1},   {180, 0, 2}, {181, 0, 3},
+                          {181, 20, 4}, {45, 0, 1},   {45, -5, 2}, {400, 0, 5},
                           {400, 10, 6}, {-181, 0, 3}, {720, 0, 8}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.A);
@@ -423,7 +425,8 @@ TEST_F(ElementGenerator, TurnToTheLeftWithHeightAndNegativeSlant) {
     std::vector<BendPoint> want = ExpectedBend(-90, 30, 15, -10, false, s);
     ASSERT_EQ(want.size(), size_t(2));
     EXPECT_TRUE(StartPointWith(s)); // (0, 0, l): no vertical part
-    for (int i = 0; i < 2; i++) EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
+    for (int i = 0; i < 2; i++)
+        EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
     EXPECT_TRUE(NearVector(want[0].P, P3(-8.7868f, 7.5f, 21.2132f), 1e-4));
     EXPECT_TRUE(NearVector(want[0].In, P3(-3.16071f, 4.96737f, 15.5871f), 1e-4));
     EXPECT_TRUE(NearVector(want[0].R, P3(0.696364f, -0.173648f, 0.696364f), 1e-5));
@@ -449,7 +452,8 @@ TEST_F(ElementGenerator, TurnRoundsTheArcHandleOnce) {
     std::vector<BendPoint> want = ExpectedBend(90, 11, 0, 20, false, s);
     EXPECT_EQ(s.z, l);
     EXPECT_TRUE(StartPointWith(s));
-    for (int i = 0; i < 2; i++) EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
+    for (int i = 0; i < 2; i++)
+        EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
 }
 
 TEST_F(ElementGenerator, TurnOfMoreThanAFullCircleSpirals) {
@@ -460,7 +464,8 @@ TEST_F(ElementGenerator, TurnOfMoreThanAFullCircleSpirals) {
     std::vector<BendPoint> want = ExpectedBend(400, 10, 40, 0, false, s);
     ASSERT_EQ(want.size(), size_t(5));
     EXPECT_TRUE(StartPointWith(s));
-    for (int i = 0; i < 5; i++) EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
+    for (int i = 0; i < 5; i++)
+        EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
     // The end: theta = 400 degrees = 40 degrees past a full turn, 40 up.
     EXPECT_TRUE(NearVector(want[4].P, P3(10 - 7.66044f, 40, 6.42788f), 1e-3));
     EXPECT_TRUE(NearVector(want[4].R, P3(0.766044f, 0, -0.642788f), 1e-5));
@@ -521,7 +526,8 @@ TEST_F(ElementGenerator, RoadBend) {
     std::vector<BendPoint> want = ExpectedBend(90, 30, 20, 20, true, s);
     ASSERT_EQ(want.size(), size_t(2));
     EXPECT_TRUE(StartPointWith(s));
-    for (int i = 0; i < 2; i++) EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
+    for (int i = 0; i < 2; i++)
+        EXPECT_TRUE(Local(1 + i, want[i].P, want[i].In, want[i].Out, want[i].R));
     EXPECT_TRUE(NearVector(s, P3(0, 1.56040f, 7.80199f), 1e-4));
     EXPECT_TRUE(NearVector(want[0].P, P3(8.7868f, 4.71239f, 21.2132f), 1e-4));
     EXPECT_TRUE(NearVector(want[0].Out - want[0].P, P3(5.62609f, 1.59130f, 5.62609f), 1e-4));
@@ -620,9 +626,9 @@ TEST_F(ElementGenerator, RideOfAllSeventeenElementsJoinsSmoothly) {
     EXPECT_EQ(Count(), 44);
     for (int32_t i = 0; i < Count(); i++) {
         const WSketchPoint& p = Pt(i);
-        for (float v : {p.Position.x, p.Position.y, p.Position.z, p.HandleIn.x, p.HandleIn.y,
-                        p.HandleIn.z, p.HandleOut.x, p.HandleOut.y, p.HandleOut.z, p.Roll.x,
-                        p.Roll.y, p.Roll.z})
+        for (float v :
+             {p.Position.x, p.Position.y, p.Position.z, p.HandleIn.x, p.HandleIn.y, p.HandleIn.z,
+              p.HandleOut.x, p.HandleOut.y, p.HandleOut.z, p.Roll.x, p.Roll.y, p.Roll.z})
             EXPECT_TRUE(std::isfinite(v)) << i;
     }
     EXPECT_TRUE(CheckInvariants(*TheSketch));

@@ -57,43 +57,75 @@ struct ExpectedRow {
 // the single character U+00B0.
 const ExpectedRow Expected[17] = {
     {u"Straight line", {u"Length", u"", u"", u""}, {30, 0, 0, 0}, u"A straight line."},
-    {u"Lift hill", {u"Length", u"Height", u"", u""}, {200, 100, 0, 0},
+    {u"Lift hill",
+     {u"Length", u"Height", u"", u""},
+     {200, 100, 0, 0},
      u"A lift hill, or \"chain lift\" is used at the start to give the cart enough energy to "
      u"finish the ride."},
-    {u"Pre-drop", {u"Length", u"Height", u"", u""}, {20, 10, 0, 0},
+    {u"Pre-drop",
+     {u"Length", u"Height", u"", u""},
+     {20, 10, 0, 0},
      u"A pre-drop or \"kicker\", \"tester hill\" or \"trick hill\" is used right after a lift "
      u"hill to relieve the stress of the chain or to fool the riders the dive has already "
      u"started."},
-    {u"Dive", {u"Length", u"Height", u"", u""}, {200, 100, 0, 0},
+    {u"Dive",
+     {u"Length", u"Height", u"", u""},
+     {200, 100, 0, 0},
      u"A dive is used after a lift hill to turn the potential energy into speed."},
-    {u"Hill", {u"Length", u"Height", u"", u""}, {200, 50, 0, 0},
+    {u"Hill",
+     {u"Length", u"Height", u"", u""},
+     {200, 50, 0, 0},
      u"A simple hill. Move the bezier control points to change the shape of the slope."},
-    {u"Turn", {u"Angle", u"Radius", u"Height", u"Slant"}, {90, 30, 0, 20},
+    {u"Turn",
+     {u"Angle", u"Radius", u"Height", u"Slant"},
+     {90, 30, 0, 20},
      u"Use a negative angle to turn to the left."},
-    {u"Immelmann turn", {u"Radius", u"Width", u"Twist", u""}, {30, 10, 0, 0},
+    {u"Immelmann turn",
+     {u"Radius", u"Width", u"Twist", u""},
+     {30, 10, 0, 0},
      u"A half circular loop. Use a twist value of 1 to roll to the right."},
-    {u"Circular loop", {u"Radius", u"Width", u"Twist", u""}, {30, 10, 0, 0},
+    {u"Circular loop",
+     {u"Radius", u"Width", u"Twist", u""},
+     {30, 10, 0, 0},
      u"A circular loop. Use a twist value of 1 to roll to the right."},
-    {u"Clothoid loop", {u"Radius 1", u"Radius 2", u"Width", u"Twist"}, {40, 20, 10, 0},
+    {u"Clothoid loop",
+     {u"Radius 1", u"Radius 2", u"Width", u"Twist"},
+     {40, 20, 10, 0},
      u"A clothoid loop has a lower radius at the top. This way it loses less speed."},
-    {u"Dive loop", {u"Angle", u"Radius", u"Height", u""}, {-90, 30, -20, 0},
+    {u"Dive loop",
+     {u"Angle", u"Radius", u"Height", u""},
+     {-90, 30, -20, 0},
      u"A dive loop combines a loop with a turn. To turn to the right use a positive angle."},
-    {u"Top hat", {u"Radius bottom", u"Radius top", u"Height", u""}, {40, 10, 50, 0},
+    {u"Top hat",
+     {u"Radius bottom", u"Radius top", u"Height", u""},
+     {40, 10, 50, 0},
      u"A top hat or \"top cap\" features a 90\u00B0 ascent followed by a 90\u00B0 descent."},
-    {u"Corkscrew", {u"Length", u"Radius", u"Twist", u""}, {200, 10, 1, 0},
+    {u"Corkscrew",
+     {u"Length", u"Radius", u"Twist", u""},
+     {200, 10, 1, 0},
      u"Use a negative twist to rotate counter clockwise."},
-    {u"Cobra roll", {u"Radius", u"Angle", u"Width", u""}, {30, 270, 60, 0},
+    {u"Cobra roll",
+     {u"Radius", u"Angle", u"Width", u""},
+     {30, 270, 60, 0},
      u"A fancy U-turn that looks like the head of a cobra. Use a negative width to turn to "
      u"the left."},
-    {u"Batwing", {u"Radius", u"Width", u"Height", u""}, {30, 20, -20, 0},
+    {u"Batwing",
+     {u"Radius", u"Width", u"Height", u""},
+     {30, 20, -20, 0},
      u"A U-turn that looks like the wings of a bat or butterfly. Use a negative width to turn "
      u"to the right.. and end up to the left!"},
-    {u"Hammerhead turn", {u"Length", u"Radius", u"Width", u"Angle"}, {100, 30, 20, 45},
+    {u"Hammerhead turn",
+     {u"Length", u"Radius", u"Width", u"Angle"},
+     {100, 30, 20, 45},
      u"A U-turn often performed by planes. Use a negative width to turn to the left."},
-    {u"Road straight", {u"Length", u"Slope %", u"", u""}, {30, 20, 0, 0},
+    {u"Road straight",
+     {u"Length", u"Slope %", u"", u""},
+     {30, 20, 0, 0},
      u"A straight road. Use a negative slope for a descending road.\r\n\r\nThis element "
      u"ignores the pitch/slope of the previous element: the slope is the rendered slope."},
-    {u"Road bend", {u"Angle", u"Radius", u"Slope %", u"Slant"}, {90, 30, 20, 20},
+    {u"Road bend",
+     {u"Angle", u"Radius", u"Slope %", u"Slant"},
+     {90, 30, 20, 20},
      u"Use a negative angle to turn to the left.\r\n\r\nThis element ignores the pitch/slope "
      u"of the previous element: the slope is the rendered slope."},
 };
@@ -105,11 +137,12 @@ const ExpectedRow Expected[17] = {
 TEST(ElementTable, SeventeenRowsWhoseTypeIsTheirIndex) {
     EXPECT_EQ(uint32_t(ElementTypeCount), 17u);
     EXPECT_EQ(sizeof(WElementTable) / sizeof(WElementTable[0]), size_t(17));
-    const ElementTypeID ids[17] = {
-        ElementStraightLine, ElementLiftHill, ElementPreDrop, ElementDive, ElementHill,
-        ElementTurn, ElementImmelmannTurn, ElementCircularLoop, ElementClothoidLoop,
-        ElementDiveLoop, ElementTopHat, ElementCorkscrew, ElementCobraRoll, ElementBatwing,
-        ElementHammerheadTurn, ElementRoadStraight, ElementRoadBend};
+    const ElementTypeID ids[17] = {ElementStraightLine,  ElementLiftHill,     ElementPreDrop,
+                                   ElementDive,          ElementHill,         ElementTurn,
+                                   ElementImmelmannTurn, ElementCircularLoop, ElementClothoidLoop,
+                                   ElementDiveLoop,      ElementTopHat,       ElementCorkscrew,
+                                   ElementCobraRoll,     ElementBatwing,      ElementHammerheadTurn,
+                                   ElementRoadStraight,  ElementRoadBend};
     for (uint32_t i = 0; i < 17; i++) {
         EXPECT_EQ(uint32_t(ids[i]), i);
         EXPECT_EQ(WElementTable[i].TypeID, i);
@@ -127,8 +160,7 @@ TEST(ElementTable, NamesLabelsDefaultsAndDescriptionsExactly) {
         }
         EXPECT_EQ(Text(row.Description), std::u16string(Expected[i].Description));
         // Length too, so that no stray terminator hides a difference.
-        EXPECT_EQ(row.Description.Length,
-                  int32_t(std::u16string(Expected[i].Description).size()));
+        EXPECT_EQ(row.Description.Length, int32_t(std::u16string(Expected[i].Description).size()));
     }
 }
 
@@ -186,7 +218,8 @@ TEST(ElementTable, RowAccessRefusesIndexesOutside0To16) {
 }
 
 TEST(ElementTable, LookupByNameIsExactAndCaseSensitive) {
-    for (int32_t i = 0; i < 17; i++) EXPECT_EQ(FindElement(WElementTable[i].Name), i);
+    for (int32_t i = 0; i < 17; i++)
+        EXPECT_EQ(FindElement(WElementTable[i].Name), i);
     EXPECT_EQ(FindElement(MString(u"Turn")), 5);
     EXPECT_EQ(FindElement(MString(u"turn")), -1);
     EXPECT_EQ(FindElement(MString(u"Turn ")), -1);
@@ -204,7 +237,8 @@ TEST(ElementTable, ParameterWithEmptyLabelAlwaysPassesZero) {
     EXPECT_EQ(ElementParameter(straight, 2, -4), 0);
     EXPECT_EQ(ElementParameter(straight, 3, 99), 0);
     const WElementRow& turn = WElementTable[ElementTurn];
-    for (int k = 0; k < 4; k++) EXPECT_EQ(ElementParameter(turn, k, -7.25f), -7.25f);
+    for (int k = 0; k < 4; k++)
+        EXPECT_EQ(ElementParameter(turn, k, -7.25f), -7.25f);
     const WElementRow& loop = WElementTable[ElementDiveLoop];
     EXPECT_EQ(ElementParameter(loop, 2, -20), -20);
     EXPECT_EQ(ElementParameter(loop, 3, 5), 0);
@@ -235,9 +269,9 @@ TEST(ElementTableCheck, TypeMismatchShowsItsErrorAndTheCheckGoesOn) {
 
 TEST(ElementTableCheck, EmptyLabelWithNonZeroDefaultShowsItsError) {
     TableCopy copy;
-    copy.Rows[0].Default[1] = 5;                 // "Straight line" has no second label
-    copy.Rows[16].Label[2] = MString();          // "Road bend": Slope % now unlabelled, 20
-    copy.Rows[9].Default[3] = -1;                // "Dive loop": negative counts as non-zero
+    copy.Rows[0].Default[1] = 5;        // "Straight line" has no second label
+    copy.Rows[16].Label[2] = MString(); // "Road bend": Slope % now unlabelled, 20
+    copy.Rows[9].Default[3] = -1;       // "Dive loop": negative counts as non-zero
     Boxes boxes;
     EXPECT_EQ(CheckElementTable(copy.Rows, 17), 3);
     ASSERT_EQ(boxes.Script.Count, 3);
@@ -261,7 +295,8 @@ TEST(ElementTableCheck, OneRowCanShowFiveBoxesInOrder) {
     EXPECT_EQ(CheckElementTable(copy.Rows, 17), 6);
     ASSERT_EQ(boxes.Script.Count, 6);
     EXPECT_EQ(Text(boxes.Texts[0]), TypeMismatch);
-    for (int i = 1; i <= 4; i++) EXPECT_EQ(Text(boxes.Texts[i]), EmptyLabel);
+    for (int i = 1; i <= 4; i++)
+        EXPECT_EQ(Text(boxes.Texts[i]), EmptyLabel);
     EXPECT_EQ(Text(boxes.Texts[5]), TypeMismatch);
 }
 

@@ -21,16 +21,17 @@
 #include <cmath>
 #include <cstdio>
 
-inline MPoint3 ToWorld(const MPoint3& local) { return MPoint3{local.z, local.y, -local.x}; }
+inline MPoint3 ToWorld(const MPoint3& local) {
+    return MPoint3{local.z, local.y, -local.x};
+}
 
 // Equal as floats, component by component (so 0 equals -0).
 inline ::testing::AssertionResult SameVector(const MPoint3& got, const MPoint3& want) {
-    if (got.x == want.x && got.y == want.y && got.z == want.z)
-        return ::testing::AssertionSuccess();
+    if (got.x == want.x && got.y == want.y && got.z == want.z) return ::testing::AssertionSuccess();
     char text[200];
     std::snprintf(text, sizeof text, "got (%.9g, %.9g, %.9g), want (%.9g, %.9g, %.9g)",
-                  double(got.x), double(got.y), double(got.z), double(want.x),
-                  double(want.y), double(want.z));
+                  double(got.x), double(got.y), double(got.z), double(want.x), double(want.y),
+                  double(want.z));
     return ::testing::AssertionFailure() << text;
 }
 
@@ -43,8 +44,8 @@ inline ::testing::AssertionResult NearVector(const MPoint3& got, const MPoint3& 
         return ::testing::AssertionSuccess();
     char text[200];
     std::snprintf(text, sizeof text, "got (%.9g, %.9g, %.9g), want about (%.9g, %.9g, %.9g)",
-                  double(got.x), double(got.y), double(got.z), double(want.x),
-                  double(want.y), double(want.z));
+                  double(got.x), double(got.y), double(got.z), double(want.x), double(want.y),
+                  double(want.z));
     return ::testing::AssertionFailure() << text;
 }
 
@@ -94,8 +95,7 @@ class ElementTest : public ::testing::Test {
             return ::testing::AssertionFailure() << "start HandleIn";
         ::testing::AssertionResult out = SameVector(p.HandleOut, ToWorld(s));
         if (!out) return ::testing::AssertionFailure() << "start HandleOut: " << out.message();
-        if (!SameVector(p.Roll, P3(0, 0, -1)))
-            return ::testing::AssertionFailure() << "start Roll";
+        if (!SameVector(p.Roll, P3(0, 0, -1))) return ::testing::AssertionFailure() << "start Roll";
         if (p.Smooth != 0 || p.Kind != KindMove)
             return ::testing::AssertionFailure() << "start Smooth/Kind";
         return ::testing::AssertionSuccess();

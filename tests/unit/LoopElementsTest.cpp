@@ -31,9 +31,15 @@ class LoopElements : public ElementTest {
     }
 };
 
-float Tan8() { return std::tan(0.3926991f); }
-float Tan4() { return std::tan(0.7853982f); }
-MPoint3 Neg(const MPoint3& v) { return MPoint3{-v.x, -v.y, -v.z}; }
+float Tan8() {
+    return std::tan(0.3926991f);
+}
+float Tan4() {
+    return std::tan(0.7853982f);
+}
+MPoint3 Neg(const MPoint3& v) {
+    return MPoint3{-v.x, -v.y, -v.z};
+}
 
 } // namespace
 
@@ -475,7 +481,8 @@ TEST_F(LoopElements, CorkscrewTwistZeroAddsNothingAndOnlyItsSignCounts) {
     std::vector<WSketchPoint> five = Records(*TheSketch);
     ASSERT_EQ(one.size(), size_t(5));
     ASSERT_EQ(one.size(), five.size());
-    for (size_t i = 0; i < one.size(); i++) EXPECT_TRUE(SameRecordBits(one[i], five[i])) << i;
+    for (size_t i = 0; i < one.size(); i++)
+        EXPECT_TRUE(SameRecordBits(one[i], five[i])) << i;
 }
 
 // ---- "Cobra roll"
@@ -503,8 +510,11 @@ TEST_F(LoopElements, CobraRollDefaults) {
                     {c, 30 - std::cos(a) * 30, std::sin(a) * 30},
                     {60, 30 - c2 * 30, s2 * 30},
                     {60, 30 - c1 * 30, s1 * 30}};
-    MPoint3 h[5] = {{0, s1 * l, c1 * l}, {0, s2 * l, c2 * l}, {m, 0, 0},
-                    {0, -(s2 * l), -(c2 * l)}, {0, -(s1 * l), -(c1 * l)}};
+    MPoint3 h[5] = {{0, s1 * l, c1 * l},
+                    {0, s2 * l, c2 * l},
+                    {m, 0, 0},
+                    {0, -(s2 * l), -(c2 * l)},
+                    {0, -(s1 * l), -(c1 * l)}};
     const MPoint3 paperP[5] = {{0, 30, 30}, {0, 60, 0}, {30, 30, -30}, {60, 60, 0}, {60, 30, 30}};
     const MPoint3 paperR[5] = {{0.707107f, 0, -0.707107f},
                                {0.707107f, -0.707107f, 0},
@@ -544,13 +554,17 @@ TEST_F(LoopElements, CobraRollToTheLeftWithNegativeAngle) {
                     {c, R - std::cos(a) * R, std::sin(a) * R},
                     {-20, R - c2 * R, s2 * R},
                     {-20, R - c1 * R, s1 * R}};
-    MPoint3 h[5] = {{0, s1 * l, c1 * l}, {0, s2 * l, c2 * l}, {m, 0, 0},
-                    {0, -(s2 * l), -(c2 * l)}, {0, -(s1 * l), -(c1 * l)}};
+    MPoint3 h[5] = {{0, s1 * l, c1 * l},
+                    {0, s2 * l, c2 * l},
+                    {m, 0, 0},
+                    {0, -(s2 * l), -(c2 * l)},
+                    {0, -(s1 * l), -(c1 * l)}};
     EXPECT_NEAR(l, 2.93878, 1e-5);
     EXPECT_NEAR(m, -6.90356, 1e-5);
     EXPECT_TRUE(NearVector(P[0], P3(0, 2.92444f, -8.03485f), 1e-4));
     EXPECT_TRUE(NearVector(P[2], P3(-10, 18.75f, -10.8253f), 1e-4));
-    EXPECT_TRUE(NearVector(Normalized(P[0] - P3(c, R, 0)), P3(0.624695f, -0.598180f, -0.501933f), 1e-5));
+    EXPECT_TRUE(
+        NearVector(Normalized(P[0] - P3(c, R, 0)), P3(0.624695f, -0.598180f, -0.501933f), 1e-5));
     EXPECT_TRUE(NearVector(Normalized(P[2] - P3(c, R, 0)), P3(0, 0.5f, -0.866025f), 1e-5));
     EXPECT_TRUE(StartPointWith(P3(0, 0, l)));
     for (int k = 0; k < 5; k++) {
@@ -591,7 +605,8 @@ TEST_F(LoopElements, BatwingDefaults) {
     float Y = float(-20 * 0.5 + 60.0);
     EXPECT_EQ(l, 40.0f);
     EXPECT_EQ(Y, 50.0f);
-    EXPECT_TRUE(NearVector(Normalized(P3(-60, 50, 60)), P3(-0.609208f, 0.507673f, 0.609208f), 1e-5));
+    EXPECT_TRUE(
+        NearVector(Normalized(P3(-60, 50, 60)), P3(-0.609208f, 0.507673f, 0.609208f), 1e-5));
     EXPECT_TRUE(StartPointWith(P3(0, 0, 40)));
     EXPECT_TRUE(Local(1, P3(-60, 50, 60), P3(-40, 0, -40), Normalized(P3(-60, 50, 60))));
     EXPECT_TRUE(Local(2, P3(10, -20, 0), P3(80, 0, 0), P3(0, 0, -1)));
@@ -609,7 +624,8 @@ TEST_F(LoopElements, BatwingNegativeWidthPositiveHeight) {
     ASSERT_EQ(Count(), 5);
     float l = Handle43(12.5f, Tan4());
     EXPECT_NEAR(l, 16.6667, 1e-4);
-    EXPECT_TRUE(NearVector(Normalized(P3(-25, -29, -25)), P3(-0.546718f, -0.634192f, -0.546718f), 1e-5));
+    EXPECT_TRUE(
+        NearVector(Normalized(P3(-25, -29, -25)), P3(-0.546718f, -0.634192f, -0.546718f), 1e-5));
     EXPECT_TRUE(StartPointWith(P3(0, 0, l)));
     EXPECT_TRUE(Local(1, P3(25, 29, 25), P3(l, 0, -l), Normalized(P3(-25, -29, -25))));
     EXPECT_TRUE(Local(2, P3(-7.5f, 8, 0), P3(-2 * l, 0, 0), P3(0, 0, 1)));
@@ -660,10 +676,10 @@ TEST_F(LoopElements, HammerheadTurnDefaults) {
     const MPoint3 flatP[3] = {{-20, 0, 100}, {10, 0, 130}, {40, 0, 100}};
     const MPoint3 flatH[3] = {{0, 0, m}, {m, 0, 0}, {0, 0, -m}};
     const MPoint3 flatR[3] = {Normalized(P3(1, -1, 0)), P3(0, -1, -1), Normalized(P3(-1, -1, 0))};
-    const MPoint3 paperP[3] = {{-20, 29.2999f, 94.0267f}, {10, 48.4800f, 117.041f},
-                               {40, 29.2999f, 94.0267f}};
-    const MPoint3 paperR[3] = {{0.707107f, -0.581937f, 0.401682f}, {0, -1.41421f, 0},
-                               {-0.707107f, -0.581937f, 0.401682f}};
+    const MPoint3 paperP[3] = {
+        {-20, 29.2999f, 94.0267f}, {10, 48.4800f, 117.041f}, {40, 29.2999f, 94.0267f}};
+    const MPoint3 paperR[3] = {
+        {0.707107f, -0.581937f, 0.401682f}, {0, -1.41421f, 0}, {-0.707107f, -0.581937f, 0.401682f}};
     EXPECT_TRUE(StartPointWith(P3(0, 0, n)));
     for (int i = 0; i < 3; i++) {
         SCOPED_TRACE(i);
@@ -706,7 +722,8 @@ TEST_F(LoopElements, HammerheadTurnToTheLeft) {
     float m = Handle43(30, Tan8());
     float n = 4 * m;
     EXPECT_TRUE(Local(1, P3(20, 0, 100), P3(0, 0, m), P3(1, 1, 0)));
-    EXPECT_TRUE(Local(2, P3(-10, 0, 130), P3(-(10 - m), 0, 130), P3(-(10 + m), 0, 130), P3(0, 1, 1)));
+    EXPECT_TRUE(
+        Local(2, P3(-10, 0, 130), P3(-(10 - m), 0, 130), P3(-(10 + m), 0, 130), P3(0, 1, 1)));
     EXPECT_TRUE(Local(3, P3(-40, 0, 100), P3(0, 0, -m), P3(-1, 1, 0)));
     EXPECT_TRUE(Local(4, P3(-20, 0, 0), P3(0, 0, -n), LevelRoll(P3(0, 0, -n))));
 }
