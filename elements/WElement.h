@@ -5,7 +5,6 @@
 // points) and carried onto the path by the frame of the last point.
 
 #include "elements/ElementTable.h"
-#include "sketch/WSketch.h"
 #include <cstdint>
 
 // The element object holds no data: it exists so that the generator is
