@@ -78,3 +78,16 @@ MScreenArea VirtualScreen(); // the box around all monitors
 // Tests pin the screen with an override; null gives the platform's answer.
 extern const MScreenMetrics* TheScreenOverride;
 MScreenMetrics PlatformScreenMetrics();
+
+// ---- The mouse pointer. SetCursorClientPosition moves it to a client
+// position of the main window: Cursor_win.cpp converts with ClientToScreen
+// and calls SetCursorPos, the native build has no pointer to move. Both
+// builds keep the last move in TheLastCursorMove, where tests read it.
+struct MCursorMove {
+    int32_t Count = 0;        // moves made since the process started
+    float X = 0, Y = 0;       // client pixels of the last move
+    bool MouseEnabled = true; // TheMouseEnabled at the moment of the last move
+};
+extern MCursorMove TheLastCursorMove;
+void SetCursorClientPosition(float x, float y);
+void PlatformSetCursorClientPosition(float x, float y); // the move itself

@@ -52,6 +52,19 @@ struct WSketch {
     void FlipHorizontal();
     void FlipVertical();
     void MakeFlat(); // asks first
+
+    // Point editing in the two edit modes (sketch/PointEditing.h); mouse
+    // positions are client pixels of TheView.
+    bool HitTest(const MPoint2& mouse, bool preferLater); // true on a hit
+    void HitCurve(const MPoint2& mouse);
+    void InsertPoint(const MPoint2& mouse);
+    void DragCurrent(const MPoint3& delta); // a world vector; no Commit
+    void DeleteCurrent();
+    void DeleteSegment();
+    void ToggleSmooth();
+    bool SnapCurrentToGrid(); // the button release's snap; no Commit
+    bool MakeCircle();
+    bool MakeArc();
 };
 
 // The one sketch of the process, set by its creation and cleared at its end.
