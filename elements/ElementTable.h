@@ -9,7 +9,7 @@
 
 // A row's index in WElementTable and its type are the same number; the
 // generator branches on it.
-enum ElementTypeID : uint32_t {
+enum ElementTypeID {
     ElementStraightLine = 0,
     ElementLiftHill = 1,
     ElementPreDrop = 2,
