@@ -312,6 +312,16 @@ TEST_F(ElementGenerator, PreDropHasShortStartAndLongEndHandle) {
     Add(ElementPreDrop, 0, 10);
     Add(ElementPreDrop, 20, -10);
     EXPECT_EQ(Count(), 2);
+    // (4.5, 2.5) from the end of the first: S = 0.2 * 4.5 rounded once (0.9).
+    float s = float(4.5 * 0.2);
+    EXPECT_NE(s, 4.5f * 0.2f);
+    Add(ElementPreDrop, 4.5f, 2.5f);
+    ASSERT_EQ(Count(), 3);
+    EXPECT_TRUE(SameVector(Pt(1).HandleOut, P3(20 + s, -10, 0)));
+    EXPECT_TRUE(SameVector(Pt(2).Position, P3(24.5f, -12.5f, 0)));
+    EXPECT_TRUE(SameVector(Pt(2).HandleIn, P3(20, -12.5f, 0)));
+    EXPECT_TRUE(SameVector(Pt(2).HandleOut, P3(29, -12.5f, 0)));
+    EXPECT_TRUE(SameVector(Pt(2).Roll, P3(0, 0, -1)));
 }
 
 TEST_F(ElementGenerator, DiveIsThePreDropWithOtherDefaults) {
