@@ -14,8 +14,8 @@ namespace {
 // Cairo's operators that are to end a line, in the order they are separated.
 // Those without a word list ("q", "w", "rectclip" ...) simply become lines
 // that the reader passes over.
-const char* const CairoWords[] = {"c", "cm", "d", "g", "h", "j", "J", "l",
-                                  "m", "M", "q", "Q", "rectclip", "S", "w"};
+const char* const CairoWords[] = {"c", "cm", "d", "g", "h",        "j", "J", "l",
+                                  "m", "M",  "q", "Q", "rectclip", "S", "w"};
 
 const char PageSetupEnd[] = "%%EndPageSetup";
 
@@ -57,7 +57,8 @@ void Substitute(uint8_t* text, int32_t length, const char* find, const char* wit
 void Separate(uint8_t* text, int32_t length, const MString& word) {
     char w[MaxWord + 1];
     int32_t n = word.Length < MaxWord ? word.Length : MaxWord;
-    for (int32_t i = 0; i < n; i++) w[i] = char(word.Text[i] & 0xFF);
+    for (int32_t i = 0; i < n; i++)
+        w[i] = char(word.Text[i] & 0xFF);
     w[n] = 0;
     if (w[0] == 0) return; // an empty word would split every double blank
 

@@ -29,9 +29,8 @@ enum WordList {
 };
 
 const char* const StartWords[WordListCount][4] = {
-    {"m", "moveto", "M", "mo"}, {"L", "lineto", "li"}, {"l", "rlineto"},
-    {"C", "curveto", "cv"},     {"c", "rcurveto"},     {"CT", "concat"},
-    {"f", "fill", "F"},         {"s", "stroke", "S"},
+    {"m", "moveto", "M", "mo"}, {"L", "lineto", "li"}, {"l", "rlineto"},   {"C", "curveto", "cv"},
+    {"c", "rcurveto"},          {"CT", "concat"},      {"f", "fill", "F"}, {"s", "stroke", "S"},
 };
 
 struct EpsWords {
@@ -84,12 +83,12 @@ void Rebind(EpsWords& words, const MString& word, int32_t list) {
 // ---- The reader's state
 
 struct EpsReader {
-    MEpsPath* Path;        // the result being filled
-    MTextFile* File;       // the open file, its bytes in memory when possible
+    MEpsPath* Path;  // the result being filled
+    MTextFile* File; // the open file, its bytes in memory when possible
     EpsWords Words;
-    MPoint3 Current;       // the current point, untransformed
-    MMatrix Matrix;        // from the last concat; replaced, never multiplied
-    bool IsCairo = false;  // the file said it came from cairo
+    MPoint3 Current;      // the current point, untransformed
+    MMatrix Matrix;       // from the last concat; replaced, never multiplied
+    bool IsCairo = false; // the file said it came from cairo
 };
 
 const MPoint3 RollUp{0, 0, 1};
@@ -172,7 +171,8 @@ void Move(EpsReader& r, const MPoint3& p, const MPoint3& stored, const MPoint3& 
 }
 
 void Line(EpsReader& r, const MPoint3& p, const MPoint3& stored, const MPoint3& roll) {
-    if (PassesDuplicateTest(*r.Path, stored)) Append(r, EpsLine, stored, MPoint3{}, MPoint3{}, roll);
+    if (PassesDuplicateTest(*r.Path, stored))
+        Append(r, EpsLine, stored, MPoint3{}, MPoint3{}, roll);
     r.Current = p;
 }
 
@@ -243,7 +243,8 @@ bool ReadOneLine(EpsReader& r) {
     const MTextFile& file = *r.File;
     const int32_t n = file.TokenCount();
     const EpsWords& words = r.Words;
-    auto last = [&](int32_t list) { return InList(words, list, file.Token(n - 1)); };
+    const MString lastToken = file.Token(n - 1);
+    auto last = [&](int32_t list) { return InList(words, list, lastToken); };
 
     if (n == 1 && EqualsIgnoringCase(file.Token(0), u"%%EOF")) return false;
 
@@ -252,7 +253,8 @@ bool ReadOneLine(EpsReader& r) {
     if (BeginsWith(line, u"%%Creator: cairo")) {
         r.IsCairo = true;
         MFile& bytes = r.File->File;
-        if (bytes.InMemory && bytes.Memory.Data) MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
+        if (bytes.InMemory && bytes.Memory.Data)
+            MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
         return true;
     }
     for (const AliasLine& alias : AliasLines) {
@@ -324,8 +326,7 @@ void Finish(MEpsPath& path) {
     for (int32_t i = 0; i < path.Used; i++) {
         const MEpsRecord& record = path.Records[i];
         bool depth = record.PointA.z != 0;
-        if (record.Kind == EpsCurve)
-            depth = depth || record.PointB.z != 0 || record.PointC.z != 0;
+        if (record.Kind == EpsCurve) depth = depth || record.PointB.z != 0 || record.PointC.z != 0;
         if (depth) path.ThreeD = true;
     }
 
@@ -336,7 +337,8 @@ void Finish(MEpsPath& path) {
         const MPoint3& roll = path.Records[i].Roll;
         if (roll.x != 0 || roll.y != 0 || roll.z != 0) return;
     }
-    for (int32_t i = 0; i < path.Used; i++) path.Records[i].Roll = RollUp;
+    for (int32_t i = 0; i < path.Used; i++)
+        path.Records[i].Roll = RollUp;
 }
 
 void ReadAll(MTextFile& file, MEpsPath& path) {

@@ -30,14 +30,14 @@ struct MEpsRecord {
 };
 
 struct MEpsPath {
-    MVector<MEpsRecord> Records;  // Count is the capacity; grows in steps of 1000
-    int32_t Used = 0;             // records filled
-    bool Centre = true;           // the file asks its reader to centre it
-    bool Scale = true;            // the file asks its reader to scale it to 200 units
+    MVector<MEpsRecord> Records; // Count is the capacity; grows in steps of 1000
+    int32_t Used = 0;            // records filled
+    bool Centre = true;          // the file asks its reader to centre it
+    bool Scale = true;           // the file asks its reader to scale it to 200 units
     int32_t MaxLinesPerCurve = 100;
-    bool Solid = false;           // some path was filled
-    bool HasRoll = false;         // some operator carried roll operands
-    bool ThreeD = false;          // some z of a stored point is not 0
+    bool Solid = false;   // some path was filled
+    bool HasRoll = false; // some operator carried roll operands
+    bool ThreeD = false;  // some z of a stored point is not 0
 };
 
 // Reads the EPS file at path. Never fails visibly: a file that cannot be

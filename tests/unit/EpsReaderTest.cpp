@@ -26,7 +26,8 @@ MEpsPath Read(const std::string& text) {
 
 std::string Bytes(const MString& text) {
     std::string out;
-    for (int32_t i = 0; i < text.Length; i++) out += char(text.Text[i] & 0xFF);
+    for (int32_t i = 0; i < text.Length; i++)
+        out += char(text.Text[i] & 0xFF);
     return out;
 }
 
@@ -39,11 +40,14 @@ std::string Bytes(const MString& text) {
 }
 
 // The exact floats.
-::testing::AssertionResult Same(const MPoint3& a, const MPoint3& b) { return Near(a, b, 0); }
+::testing::AssertionResult Same(const MPoint3& a, const MPoint3& b) {
+    return Near(a, b, 0);
+}
 
 std::string Kinds(const MEpsPath& path) {
     std::string kinds;
-    for (int32_t i = 0; i < path.Used; i++) kinds += char('0' + path.Records[i].Kind);
+    for (int32_t i = 0; i < path.Used; i++)
+        kinds += char('0' + path.Records[i].Kind);
     return kinds;
 }
 
@@ -61,7 +65,9 @@ void WriteBytes(const fs::path& path, const std::string& bytes) {
     out << bytes;
 }
 
-MString PathText(const fs::path& path) { return MString(path.u16string().c_str()); }
+MString PathText(const fs::path& path) {
+    return MString(path.u16string().c_str());
+}
 
 // The example file of the system's dialect: 3D with roll, Centre Y, Scale N.
 const char* const OwnExample = "%!PS-Adobe-3.0 EPSF-3.0\r\n"
@@ -130,25 +136,22 @@ TEST(EpsReader, FilesOfTheWriterReadBackToSixDecimals) {
         r.Position = p, r.HandleIn = in, r.HandleOut = out, r.Roll = roll, r.Kind = kind;
         return r;
     };
-    Fill(sketch, {rec(KindMove, P3(1.2345678f, -2.5f, 0.1234567f), P3(0, 0, 0),
-                      P3(2.7182818f, -1.1f, 0.5f), P3(0.25f, 0.5f, 0.75f)),
-                  rec(KindCurve, P3(6.1f, 3.3333333f, -1.75f), P3(4.0000004f, 3.1415926f, -1),
-                      P3(7, 3, -2), P3(0, 1, 0)),
-                  rec(KindLine, P3(-7.9999999f, 5.5f, 2.25f), P3(0, 0, 0), P3(0, 0, 0),
-                      P3(1, 0, 0)),
-                  rec(KindMove, P3(0.000001f, 0.0000004f, 1), P3(0, 0, 0), P3(0.5f, 0.5f, 1),
-                      P3(0, 0, 1)),
-                  rec(KindCurve, P3(3, 3, 1), P3(2, 2.5f, 1), P3(0, 0, 0), P3(0, 0, 1))});
+    Fill(sketch,
+         {rec(KindMove, P3(1.2345678f, -2.5f, 0.1234567f), P3(0, 0, 0), P3(2.7182818f, -1.1f, 0.5f),
+              P3(0.25f, 0.5f, 0.75f)),
+          rec(KindCurve, P3(6.1f, 3.3333333f, -1.75f), P3(4.0000004f, 3.1415926f, -1), P3(7, 3, -2),
+              P3(0, 1, 0)),
+          rec(KindLine, P3(-7.9999999f, 5.5f, 2.25f), P3(0, 0, 0), P3(0, 0, 0), P3(1, 0, 0)),
+          rec(KindMove, P3(0.000001f, 0.0000004f, 1), P3(0, 0, 0), P3(0.5f, 0.5f, 1), P3(0, 0, 1)),
+          rec(KindCurve, P3(3, 3, 1), P3(2, 2.5f, 1), P3(0, 0, 0), P3(0, 0, 1))});
     struct Form {
         bool Flat, Roll, Solid, Centre, Scale;
         int32_t Max;
     };
-    const Form forms[] = {{false, false, false, true, true, 100},
-                          {false, true, false, false, true, 0},
-                          {false, true, true, true, false, 250},
-                          {true, false, false, false, false, -3},
-                          {true, false, true, true, true, 7},
-                          {true, true, false, false, false, 100}};
+    const Form forms[] = {
+        {false, false, false, true, true, 100}, {false, true, false, false, true, 0},
+        {false, true, true, true, false, 250},  {true, false, false, false, false, -3},
+        {true, false, true, true, true, 7},     {true, true, false, false, false, 100}};
     for (const Form& form : forms) {
         SCOPED_TRACE(testing::Message() << "flat " << form.Flat << " roll " << form.Roll
                                         << " solid " << form.Solid << " max " << form.Max);
@@ -526,9 +529,9 @@ TEST(EpsReader, CinderlaneComments) {
     EXPECT_EQ(max("-5"), 100);
     EXPECT_EQ(max("many"), 100);
     EXPECT_EQ(max(""), 100);
-    EXPECT_EQ(Read("%%Cinderlane MaxLinesPerCurve 7\n%%Cinderlane MaxLinesPerCurve\n")
-                  .MaxLinesPerCurve,
-              100);
+    EXPECT_EQ(
+        Read("%%Cinderlane MaxLinesPerCurve 7\n%%Cinderlane MaxLinesPerCurve\n").MaxLinesPerCurve,
+        100);
 
     EXPECT_FALSE(Read("%%Cinderlane Centre N\n").Centre);
     EXPECT_FALSE(Read("%%Cinderlane Centre y\n").Centre);
@@ -681,11 +684,11 @@ TEST(EpsReaderCairo, SubstituteRefusesDifferentLengths) {
 
 TEST(EpsReaderCairo, SeparateRunsItsFourSubstitutionsInOrder) {
     EXPECT_EQ(Separated("1 2 m 3 4 l", u"m"), "1 2 m\n3 4 l");
-    EXPECT_EQ(Separated("x\n m y", u"m"), "x  m\ny");  // 1
-    EXPECT_EQ(Separated("x \nm y", u"m"), "x  m\ny");  // 2
-    EXPECT_EQ(Separated("x\nm y", u"m"), "x\nm\ny");   // 4
-    EXPECT_EQ(Separated("x m\ny", u"m"), "x m\ny");    // already at a line end
-    EXPECT_EQ(Separated("x mm y", u"m"), "x mm y");    // a longer word stays
+    EXPECT_EQ(Separated("x\n m y", u"m"), "x  m\ny");    // 1
+    EXPECT_EQ(Separated("x \nm y", u"m"), "x  m\ny");    // 2
+    EXPECT_EQ(Separated("x\nm y", u"m"), "x\nm\ny");     // 4
+    EXPECT_EQ(Separated("x m\ny", u"m"), "x m\ny");      // already at a line end
+    EXPECT_EQ(Separated("x mm y", u"m"), "x mm y");      // a longer word stays
     EXPECT_EQ(Separated(" l l l ", u"l"), " l\nl\nl\n"); // 3 takes every other, 4 the rest
     EXPECT_EQ(Separated("a rectclip b", u"rectclip"), "a rectclip\nb");
     EXPECT_EQ(Separated("a  b", u""), "a  b");
@@ -785,7 +788,8 @@ TEST(EpsReaderMalformed, GarbageAndLongLinesEndQuietly) {
     EXPECT_GE(path.Used, 0);
 
     std::string tokens;
-    for (int i = 0; i < 10000; i++) tokens += "1 ";
+    for (int i = 0; i < 10000; i++)
+        tokens += "1 ";
     MEpsPath wide = Read("0 0 moveto\n" + tokens + "lineto\n5 5 lineto\n");
     EXPECT_EQ(Kinds(wide), "14");
 
@@ -796,7 +800,8 @@ TEST(EpsReaderMalformed, GarbageAndLongLinesEndQuietly) {
 
 TEST(EpsReaderMalformed, ManyRecordsGrowTheArray) {
     std::string text = "0 0 moveto\n";
-    for (int i = 1; i <= 2500; i++) text += std::to_string(i) + " " + std::to_string(i % 2) + " lineto\n";
+    for (int i = 1; i <= 2500; i++)
+        text += std::to_string(i) + " " + std::to_string(i % 2) + " lineto\n";
     MEpsPath path = Read(text);
     EXPECT_EQ(path.Used, 2501);
     EXPECT_GE(path.Records.Count, 2501);
