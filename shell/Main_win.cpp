@@ -2,6 +2,21 @@
 // messages and draws a frame whenever none waits, and shutdown in reverse.
 // The model objects are made and ended by the portable Startup.cpp; this file
 // holds the Win32 steps around them.
+//
+// Start-up, in this order:
+//   1 window class            7 COM                   13 file drop; title, menu
+//   2 settings with defaults  8 media type tables     14 accelerators
+//   3 settings file           9 element table         15 tool windows
+//   4 main window            10 sketch with its ring  16 drawing mode
+//   5 instance, window kept  11 freehand recorder     17 file named on the
+//   6 window shown           12 view                     command line
+// Shutdown, behind the loop:
+//   1 accelerators, background picture   5 element, then COM
+//   2 view                               6 settings
+//   3 recorder                           7 Point and Element tool windows
+//   4 ring, then sketch                  8 Mode palette, drawing surface
+// A failed start-up step ends the program in silence at the shutdown step
+// that undoes what was made so far.
 
 #include "drawing/MDrawSurface.h"
 #include "drawing/MMediaTypes.h"

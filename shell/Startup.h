@@ -2,7 +2,8 @@
 // The order in which the process makes and ends its single objects. The
 // platform's entry (Main_win.cpp) runs its own steps (window class, window,
 // COM, accelerators, message loop) around these calls, so that the model's
-// part of the order is one piece of portable code that tests can run.
+// part of the order is one piece of portable code that tests can run. Step
+// numbers are those of the list at the head of Main_win.cpp.
 
 #include "foundation/MString.h"
 #include "shell/WSettings.h"
