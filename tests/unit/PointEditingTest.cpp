@@ -151,6 +151,26 @@ TEST_F(PointEditingDrag, EndOntoAnotherCurvesStartJoinsThem) {
     EXPECT_TRUE(CheckInvariants(S()));
 }
 
+TEST_F(PointEditingDrag, WalkGoesOnPastAStartThatCannotJoin) {
+    // A (0, 0) to (100, 0); a lone record C at (100, 49); B (100, 50) to
+    // (200, 80). A's end goes to (100, 48): C is met first and deselects, but
+    // a curve of one record cannot be joined on; B's start, 2 pixels away,
+    // is joined: A's end takes the mean (100, 49) and B's second record
+    // follows it, leaving C behind.
+    Load({Record(0, 0, 0, KindMove), Record(100, 0, 0, KindLine), Record(100, 49, 0, KindMove),
+          Record(100, 50, 0, KindMove), Record(200, 80, 0, KindLine)});
+    Select(1, 0);
+    S().DragCurrent(P3(0, 48, 0));
+    ASSERT_EQ(S().PointCount, 4);
+    ExpectExact(S().Points[1].Position, 100, 49, 0);
+    ExpectExact(S().Points[2].Position, 200, 80, 0);
+    EXPECT_EQ(S().Points[2].Kind, KindLine);
+    ExpectExact(S().Points[3].Position, 100, 49, 0);
+    EXPECT_EQ(S().Points[3].Kind, KindMove);
+    EXPECT_EQ(S().Current, -1);
+    EXPECT_TRUE(CheckInvariants(S()));
+}
+
 TEST_F(PointEditingDrag, StartOntoAnotherCurvesEndJoinsThem) {
     // B's start (100, 50) dragged to (100, 2), 2 pixels from A's end
     // (100, 0): A's end takes the mean (100, 1) and B follows it, without its
