@@ -4,6 +4,7 @@
 #include "SketchTestSupport.h"
 
 #include "eps/EpsWriter.h"
+#include "eps/LoadSketch.h"
 #include "foundation/Platform.h"
 #include "shell/WSettings.h"
 
@@ -242,6 +243,30 @@ TEST_F(EpsWriter, FlatSketchAtDepthFiveIsWrittenIn2DStroked) {
                                                         "2 setlinewidth stroke",
                                                         "grestore",
                                                         "%%EOF"}));
+}
+
+TEST_F(EpsWriter, FlatSketchAtDepthFiveComesBackAtDepthZero) {
+    std::vector<WSketchPoint> records = FlatAtFive();
+    Load(records);
+    Settings.Centre = false;
+    Settings.Scale = false;
+    fs::path target = FreshPath("depth-five.eps");
+    MString path = PathText(target);
+    ASSERT_TRUE(SaveEps(path));
+    EXPECT_EQ(ReadBytes(target).find(" 5 "), std::string::npos);
+
+    Script script;
+    ASSERT_TRUE(LoadSketch(path));
+    EXPECT_EQ(script.Data.Count, 0);
+    WSketch& s = *TheSketch;
+    ASSERT_EQ(s.PointCount, int32_t(records.size()));
+    for (int32_t i = 0; i < s.PointCount; i++) {
+        const MPoint3& p = s.Points[i].Position;
+        EXPECT_EQ(p.x, records[size_t(i)].Position.x) << i;
+        EXPECT_EQ(p.y, records[size_t(i)].Position.y) << i;
+        EXPECT_EQ(p.z, 0.0f) << i;
+        EXPECT_EQ(s.Points[i].Kind, records[size_t(i)].Kind) << i;
+    }
 }
 
 TEST_F(EpsWriter, FlatSketchIn2DSolid) {
