@@ -1,28 +1,53 @@
 # Shared by the user journeys: a display, Quillmere.exe under Wine, its main
-# window found with xdotool, screenshots, and a tidy end. Sourced, not run.
+# window found with xdotool, the user's mouse and keys, screenshots, and a
+# tidy end. Sourced, not run.
 #
 #   e2e_begin "$@"            first argument: Quillmere.exe (default: build/windows)
 #   start_quillmere [args]    starts the program in the background (QPID, QLOG)
 #   wait_for_main_window      sets WID to the visible main window, or fails
+#   expect_title TEXT [s]     waits until the main window's title is TEXT
+#   title_point_count         the "(n points)" of the present title
+#   stroke X Y X Y ...        a left-button stroke through window pixels
+#   ctrl_stroke X Y ...       the same stroke with Ctrl held
+#   press KEYS...             keys to the main window (xdotool key names)
+#   wait_for_dialog NAME [s]  sets DLG to a second top-level window of that title
 #   close_with_alt_f4         the user's keyboard close
 #   close_with_file_exit      File > Exit from the keyboard (Alt+F, Up, Return)
 #   expect_exit_code 0        waits for the end and checks its exit code
+#   settings_file             the settings file's path in the prefix
 #   settings_text             the settings file as UTF-8 text
+#   settings_set KEY VALUES   rewrites one record, keeping UTF-16 LE and its mark
+#   windows_path FILE         the path as the program sees it
+#   shot NAME                 a screenshot NAME.png in the journey's folder
+#
+# Window pixels are those of the main window's X window. Without a window
+# manager Wine gives that window no caption or borders: its origin is the
+# top left corner of the menu bar, and the client area begins below the bar.
+# The program reads the cursor itself, so a gesture only needs the same
+# pixels on the screen, not client coordinates.
 #
 # Without DISPLAY a private Xvfb of 1280x1024x24 is started and ended again.
 # Every journey is a new user: the settings file of the prefix is removed
-# before the program starts.
+# before the program starts. The Wine prefix lies beside the program, so that
+# every build folder has its own (QUILLMERE_WINEPREFIX chooses another).
 
 set -uo pipefail
 E2E_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 WINE_RUN=$E2E_ROOT/tools/wine-run.sh
-E2E_PREFIX=${QUILLMERE_WINEPREFIX:-$E2E_ROOT/build/wineprefix}
+E2E_PREFIX=""
 E2E_NAME=$(basename "${BASH_SOURCE[1]:-e2e}" .sh)
 E2E_XVFB=""
 QPID=""
+WID=""
+# Pause after each step of a gesture: the program reads the cursor when it
+# handles a message, so the pointer must rest until the message is handled.
+E2E_STEP=${QUILLMERE_E2E_STEP:-0.15}
 
 fail() {
   echo "FAIL ($E2E_NAME): $*" >&2
+  if [ -n "${OUT:-}" ] && [ -d "$OUT" ] && [ -n "${DISPLAY:-}" ]; then
+    import -window root "$OUT/failure.png" 2>/dev/null && echo "screenshot at failure: $OUT/failure.png" >&2
+  fi
   if [ -n "${QLOG:-}" ] && [ -f "$QLOG" ]; then
     echo "---- program output" >&2
     cat "$QLOG" >&2
@@ -35,9 +60,12 @@ e2e_cleanup() {
     kill "$QPID" 2>/dev/null
     wait "$QPID" 2>/dev/null
   fi
+  if [ -n "$E2E_PREFIX" ]; then
+    # A program left behind (a journey that failed with a box open) would
+    # keep the prefix's server alive; end the server of this prefix only.
+    WINEPREFIX=$E2E_PREFIX timeout 20 wineserver -w 2>/dev/null || WINEPREFIX=$E2E_PREFIX wineserver -k 2>/dev/null
+  fi
   if [ -n "$E2E_XVFB" ]; then
-    # Wine's helper processes hold the display until their server ends.
-    WINEPREFIX=$E2E_PREFIX timeout 20 wineserver -w 2>/dev/null
     kill "$E2E_XVFB" 2>/dev/null
     wait "$E2E_XVFB" 2>/dev/null
   fi
@@ -46,7 +74,10 @@ e2e_cleanup() {
 e2e_begin() {
   EXE=${1:-$E2E_ROOT/build/windows/Quillmere.exe}
   [ -f "$EXE" ] || fail "no program at $EXE"
-  OUT=${QUILLMERE_OUTPUT:-$E2E_ROOT/build/e2e}/$E2E_NAME
+  EXE=$(cd "$(dirname "$EXE")" && pwd)/$(basename "$EXE")
+  E2E_PREFIX=${QUILLMERE_WINEPREFIX:-$(dirname "$EXE")/wineprefix}
+  export QUILLMERE_WINEPREFIX=$E2E_PREFIX
+  OUT=${QUILLMERE_OUTPUT:-$(dirname "$EXE")/e2e}/$E2E_NAME
   rm -rf "$OUT"
   mkdir -p "$OUT"
   QLOG=$OUT/program.log
@@ -71,16 +102,54 @@ e2e_begin() {
   rm -rf "$E2E_PREFIX"/drive_c/users/*/AppData/Roaming/Brambleworks/Quillmere
 }
 
-settings_text() {
+# ---- The settings file
+
+settings_file() {
   local file
   file=$(ls "$E2E_PREFIX"/drive_c/users/*/AppData/Roaming/Brambleworks/Quillmere/Quillmere.txt 2>/dev/null | head -n 1)
   [ -n "$file" ] || return 1
+  echo "$file"
+}
+
+settings_text() {
+  local file
+  file=$(settings_file) || return 1
   iconv -f UTF-16 -t UTF-8 "$file" | tr -d '\r'
 }
 
+# Replaces the values of the record KEY by VALUES (tab-separated as written),
+# leaving every other byte of the file as it is.
+settings_set() { # key values...
+  local file
+  file=$(settings_file) || fail "no settings file to change"
+  python3 - "$file" "$@" <<'PYTHON' || fail "could not set $1 in $file"
+import sys
+path, key, values = sys.argv[1], sys.argv[2], sys.argv[3:]
+data = open(path, "rb").read()
+if not data.startswith(b"\xff\xfe"):
+    sys.exit("no UTF-16 LE mark")
+lines = data[2:].decode("utf-16-le").split("\r\n")
+hits = [i for i, line in enumerate(lines) if line.split("\t")[0] == key]
+if len(hits) != 1:
+    sys.exit("%d records of %s" % (len(hits), key))
+lines[hits[0]] = "\t".join([key] + values)
+open(path, "wb").write(b"\xff\xfe" + "\r\n".join(lines).encode("utf-16-le"))
+PYTHON
+}
+
+# ---- The program and its windows
+
 start_quillmere() {
-  "$WINE_RUN" "$EXE" "$@" >"$QLOG" 2>&1 &
+  "$WINE_RUN" "$EXE" "$@" >>"$QLOG" 2>&1 &
   QPID=$!
+}
+
+# A file's path as the program takes it on its command line.
+windows_path() { # file
+  local path
+  path=$("$WINE_RUN" winepath -w "$1" 2>/dev/null | tr -d '\r') || fail "winepath failed for $1"
+  [ -n "$path" ] || fail "winepath gave nothing for $1"
+  echo "$path"
 }
 
 # Visible top-level windows whose title starts with the program's name.
@@ -92,7 +161,7 @@ wait_for_main_window() {
   local timeout=${1:-60} waited=0
   WID=""
   while [ "$waited" -lt $((timeout * 10)) ]; do
-    WID=$(program_windows | head -n 1)
+    WID=$(xdotool search --onlyvisible --name '^Quillmere - ' 2>/dev/null | head -n 1)
     [ -n "$WID" ] && return 0
     kill -0 "$QPID" 2>/dev/null || fail "the program ended before its window appeared"
     sleep 0.1
@@ -101,11 +170,129 @@ wait_for_main_window() {
   fail "no main window within $timeout s"
 }
 
+main_title() {
+  xdotool getwindowname "$WID" 2>/dev/null
+}
+
+# The title is set after each edit while the program handles the message, so
+# a check waits for it a little instead of reading it once.
+expect_title() { # text [timeout s]
+  local want=$1 timeout=${2:-15} waited=0 title=""
+  while [ "$waited" -le $((timeout * 10)) ]; do
+    title=$(main_title)
+    [ "$title" = "$want" ] && { echo "title: $title"; return 0; }
+    sleep 0.1
+    waited=$((waited + 1))
+  done
+  fail "title is \"$title\", expected \"$want\""
+}
+
+# The point count of the present title.
+title_point_count() {
+  main_title | sed -n 's/.* (\([0-9]*\) points) \[.*/\1/p'
+}
+
+# A second top-level window with exactly this title (a message box or a
+# file prompt): the main window's own title is longer.
+wait_for_dialog() { # title [timeout s]
+  local name=$1 timeout=${2:-20} waited=0
+  DLG=""
+  while [ "$waited" -lt $((timeout * 10)) ]; do
+    DLG=$(xdotool search --onlyvisible --name "^${name}\$" 2>/dev/null | grep -vx "$WID" | head -n 1)
+    [ -n "$DLG" ] && return 0
+    kill -0 "$QPID" 2>/dev/null || fail "the program ended while a window \"$name\" was awaited"
+    sleep 0.1
+    waited=$((waited + 1))
+  done
+  fail "no window \"$name\" within $timeout s"
+}
+
+wait_for_dialog_gone() { # [timeout s]
+  local timeout=${1:-20} waited=0
+  while xdotool getwindowname "$DLG" >/dev/null 2>&1 &&
+    xdotool search --onlyvisible --name '.' 2>/dev/null | grep -qx "$DLG"; do
+    [ "$waited" -ge $((timeout * 10)) ] && fail "window $DLG still open after $timeout s"
+    sleep 0.1
+    waited=$((waited + 1))
+  done
+}
+
 # Sets WIN_X WIN_Y WIN_W WIN_H of the X window of WID (there is no window
 # manager: the X window is the Windows window without caption and borders).
 window_geometry() {
   eval "$(xdotool getwindowgeometry --shell "$WID")"
   WIN_X=$X WIN_Y=$Y WIN_W=$WIDTH WIN_H=$HEIGHT
+}
+
+# ---- The user's mouse and keys
+
+pause_step() { sleep "$E2E_STEP"; }
+
+# The pointer to window pixels of the main window.
+point_at() { # x y
+  xdotool mousemove --window "$WID" "$1" "$2" || fail "mousemove failed"
+  pause_step
+}
+
+# Left button down at the first pair, moves through the others, up at the
+# last. Each pair is one sample of the program's recorder.
+stroke() { # x y x y ...
+  [ $# -ge 2 ] || fail "stroke needs a point"
+  point_at "$1" "$2"
+  shift 2
+  xdotool mousedown 1 || fail "mousedown failed"
+  pause_step
+  while [ $# -ge 2 ]; do
+    point_at "$1" "$2"
+    shift 2
+  done
+  xdotool mouseup 1 || fail "mouseup failed"
+  pause_step
+}
+
+# The program reads Ctrl from the key state when the button goes up.
+ctrl_stroke() { # x y x y ...
+  xdotool keydown ctrl
+  pause_step
+  stroke "$@"
+  xdotool keyup ctrl
+  pause_step
+}
+
+# Keys go where the pointer is (there is no window manager to give focus), so
+# the pointer rests on the main window first, in the lower right corner where
+# no gesture of the journeys acts.
+press() { # key names, one after the other
+  window_geometry
+  xdotool mousemove --window "$WID" $((WIN_W - 20)) $((WIN_H - 20))
+  pause_step
+  local key
+  for key in "$@"; do
+    xdotool key "$key" || fail "key $key failed"
+    pause_step
+  done
+}
+
+# The mouse wheel at a window pixel: button 4 turns it away from the user
+# (zoom in), 5 towards.
+wheel() { # x y button count
+  point_at "$1" "$2"
+  local i
+  for i in $(seq "$4"); do
+    xdotool click "$3"
+    pause_step
+  done
+}
+
+# Types text into the window that has the keyboard (a dialog's field).
+type_text() { # text
+  xdotool type --delay 30 -- "$1" || fail "typing failed"
+  pause_step
+}
+
+shot() { # name
+  import -window root "$OUT/$1.png" || fail "screenshot failed"
+  echo "screenshot: $OUT/$1.png"
 }
 
 screenshot() { # file
@@ -140,4 +327,29 @@ expect_exit_code() { # code [timeout]
   local code=$?
   QPID=""
   [ "$code" -eq "$want" ] || fail "exit code $code, expected $want"
+  # The prefix's server outlives the program by a moment; the next start
+  # must not meet it half ended.
+  WINEPREFIX=$E2E_PREFIX timeout 30 wineserver -w 2>/dev/null || true
+}
+
+# ---- EPS files of the system
+
+# The path lines of an EPS file as "operator x y z" with the position of each
+# point (z 0 in the 2D form), one line each.
+eps_points() { # file
+  python3 - "$1" <<'PYTHON'
+import sys
+for line in open(sys.argv[1], "rb").read().decode("latin-1").split("\r\n"):
+    words = line.split()
+    if not words or words[-1] not in ("moveto", "lineto", "curveto"):
+        continue
+    numbers = words[:-1]
+    operator = words[-1]
+    if operator == "curveto":
+        # 2D: ax ay bx by x y; 3D: ax ay az bx by bz x y z [rx ry rz]
+        position = numbers[4:6] + ["0"] if len(numbers) == 6 else numbers[6:9]
+    else:
+        position = numbers[0:2] + ["0"] if len(numbers) == 2 else numbers[0:3]
+    print(operator, *position)
+PYTHON
 }
