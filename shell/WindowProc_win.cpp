@@ -5,8 +5,29 @@
 
 #include "foundation/Platform.h"
 #include "resources/resource.h"
+#include "shell/Input.h"
 #include "shell/Shell.h"
 #include "shell/Startup.h"
+
+// The cursor and the modifier keys, read at the head of every message rather
+// than taken from the message itself: a message may wait in the queue while
+// the user moves on, and the gestures act on where the mouse is now.
+struct MessageInput {
+    MPoint2 Position;
+    WKeys Keys;
+};
+
+static MessageInput ReadInput(HWND window) {
+    MessageInput input;
+    POINT cursor = {};
+    GetCursorPos(&cursor);
+    ScreenToClient(window, &cursor);
+    input.Position = MPoint2{static_cast<float>(cursor.x), static_cast<float>(cursor.y)};
+    input.Keys.Control = (GetAsyncKeyState(VK_CONTROL) & 0x8000) != 0;
+    input.Keys.Shift = (GetAsyncKeyState(VK_SHIFT) & 0x8000) != 0;
+    input.Keys.Alt = (GetAsyncKeyState(VK_MENU) & 0x8000) != 0;
+    return input;
+}
 
 // The user's close (the window's close box, Alt+F4, File > Exit): the window
 // goes only when the shell agrees; its destruction then ends the loop.
@@ -18,6 +39,7 @@ static void CloseMainWindow(HWND window) {
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    MessageInput input = ReadInput(window);
     switch (message) {
     case WM_COMMAND:
         switch (LOWORD(wParam)) {
@@ -28,6 +50,18 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
             break; // the other commands arrive with their subsystems
         }
         break;
+    case WM_LBUTTONDOWN:
+        // The capture keeps a stroke going when it leaves the client area.
+        SetCapture(window);
+        OnLeftButtonDown(input.Position, input.Keys);
+        return 0;
+    case WM_MOUSEMOVE:
+        OnMouseMove(input.Position, input.Keys);
+        return 0;
+    case WM_LBUTTONUP:
+        OnLeftButtonUp(input.Position, input.Keys);
+        ReleaseCapture();
+        return 0;
     case WM_CLOSE:
         CloseMainWindow(window);
         return 0;
@@ -50,5 +84,6 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     default:
         break;
     }
+    (void)input;
     return DefWindowProcW(window, message, wParam, lParam);
 }
