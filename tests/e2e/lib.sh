@@ -41,7 +41,10 @@ QPID=""
 WID=""
 # Pause after each step of a gesture: the program reads the cursor when it
 # handles a message, so the pointer must rest until the message is handled.
-E2E_STEP=${QUILLMERE_E2E_STEP:-0.15}
+# A frame under Wine's Direct2D takes long on a busy machine, and a message
+# waits for the frame in progress: 0.15 s proved too short with the build
+# running beside the journeys.
+E2E_STEP=${QUILLMERE_E2E_STEP:-0.5}
 
 fail() {
   echo "FAIL ($E2E_NAME): $*" >&2
@@ -352,4 +355,28 @@ for line in open(sys.argv[1], "rb").read().decode("latin-1").split("\r\n"):
         position = numbers[0:2] + ["0"] if len(numbers) == 2 else numbers[0:3]
     print(operator, *position)
 PYTHON
+}
+
+# ---- Message boxes
+
+# A key to the window DLG: the pointer rests on it first, since keys go to
+# the window under the pointer.
+press_in_dialog() { # key names
+  xdotool mousemove --window "$DLG" 5 5
+  pause_step
+  local key
+  for key in "$@"; do
+    xdotool key "$key" || fail "key $key failed"
+    pause_step
+  done
+}
+
+# The user closes a changed sketch and answers the save question with No:
+# the box titled with the program's name must appear, and the program ends.
+close_discarding_changes() {
+  close_with_alt_f4
+  wait_for_dialog Quillmere 20
+  shot close-question
+  press_in_dialog n
+  expect_exit_code 0 30
 }
