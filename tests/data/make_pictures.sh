@@ -79,8 +79,11 @@ reference8 'anim-offset.gif[0]' anim-offset.gif.rgba
 "$convert" "$work/rose-alpha.png" -compress none tga32-bottom.tga
 "$convert" "$work/rose-alpha.png" -orient TopLeft -compress none tga32-top.tga
 "$convert" "$work/rose.png" -colors 16 -type Palette -compress none tga-palette.tga
+# ImageMagick writes the rows top first whatever origin it states, and its
+# reader keeps the stated origin as an orientation to apply; -auto-orient
+# applies it, which gives the rows as the format's origin bit orders them.
 for name in tga24-bottom tga24-top tga32-bottom tga32-top tga-palette; do
-  reference8 $name.tga $name.tga.rgba
+  "$convert" $name.tga -auto-orient -depth 8 rgba:$name.tga.rgba
 done
 
 # ---- DDS by ImageMagick: DXT1 (BC1), DXT1 with mip levels, DXT5 (BC3), and
