@@ -55,7 +55,12 @@ const MPoint3 Up{0, 0, 1};
 const MPoint3 None{0, 0, 0};
 
 fs::path Folder() {
-    fs::path folder = fs::path(TEST_BINARY_DIR) / "eps-reader-test";
+    std::string root = TEST_BINARY_DIR;
+#ifdef _WIN32
+    // Wine shows the machine's root as drive Z.
+    if (!root.empty() && root[0] == '/') root = "Z:" + root;
+#endif
+    fs::path folder = fs::path(root) / "eps-reader-test";
     fs::create_directories(folder);
     return folder;
 }
