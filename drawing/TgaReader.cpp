@@ -31,15 +31,15 @@ struct TgaBytes {
 
 int32_t Signed16(const uint8_t* at) { return int16_t(uint16_t(at[0] | (at[1] << 8))); }
 
-// ---- Type 1: 8-bit indices into a colour map of 24- or 32-bit entries.
+// The colour map's length is put together from its two bytes read as signed
+// values, so 128 to 255 entries come out negative and fail, while 256 loads.
+int32_t MapLength(const uint8_t* header) { return int8_t(header[6]) * 256 + int8_t(header[5]); }
+
+// ---- Type 1: 8-bit indices into a colour map of 24- or 32-bit entries; the
+// caller has checked the map's length and entry size.
 bool ReadPalettePixels(MPicture& picture, TgaBytes& bytes, const uint8_t* header) {
-    // The length is put together from its two bytes read as signed values,
-    // so 128 to 255 entries come out negative and fail, while 256 loads.
-    int32_t length = int8_t(header[6]) * 256 + int8_t(header[5]);
-    int32_t entrySize = header[7];
-    if (length < 1) return false;
-    if (entrySize != 24 && entrySize != 32) return false;
-    int32_t entryBytes = entrySize / 8;
+    int32_t length = MapLength(header);
+    int32_t entryBytes = header[7] / 8;
 
     MVector<MColour> palette; // opaque black until the file says otherwise
     if (!palette.SetCount(length)) return false;
@@ -85,17 +85,30 @@ bool ReadTga(MPicture& picture, const uint8_t* data, int32_t size, const MString
     if (imageType != 1 && imageType != 2) return false;
     if (colourMapType != 0 && colourMapType != 1) return false;
 
+    // The two layouts the reader knows, and the bytes each needs behind the
+    // header; a file too short fails before a block of its claimed size is
+    // made.
+    bool trueColour = imageType == 2 && colourMapType == 0 && (depth == 24 || depth == 32);
+    bool palette = imageType == 1 && colourMapType == 1 && depth == 8;
+    int64_t needed = int64_t(width) * height * (depth / 8);
+    if (palette) {
+        int32_t length = MapLength(header);
+        if (length < 1 || (header[7] != 24 && header[7] != 32)) return false;
+        needed += int64_t(length) * (header[7] / 8);
+    } else if (!trueColour) {
+        return false;
+    }
+    if (int64_t(size) - TgaHeaderSize < needed) return false;
+
     if (!picture.Allocate(width, height, depth == 32 ? PictureBgra8 : PictureBgr8)) return false;
     picture.TopDown = true;
 
     // The reader goes on right behind the header: a non-empty image ID is
     // read as pixels (or as the colour map), and the colour map's first index
     // is never looked at.
-    bool read = false;
-    if (imageType == 2 && colourMapType == 0 && (depth == 24 || depth == 32))
-        read = bytes.Read(picture.Pixels, int64_t(picture.Pitch) * picture.Height);
-    else if (imageType == 1 && colourMapType == 1 && depth == 8)
-        read = ReadPalettePixels(picture, bytes, header);
+    bool read = trueColour
+                    ? bytes.Read(picture.Pixels, int64_t(picture.Pitch) * picture.Height)
+                    : ReadPalettePixels(picture, bytes, header);
     if (!read) {
         picture.Free();
         return false;
