@@ -512,6 +512,34 @@ TEST_F(LoadSketchTest, SavedSketchesLoadAgainInEveryForm) {
     EXPECT_EQ(box.Count(), 0);
 }
 
+TEST_F(LoadSketchTest, ACurveWhoseFirstHandleHasNoLengthIsLostOnTheWayBack) {
+    Messages box;
+    auto rec = [](uint8_t kind, MPoint3 p, MPoint3 in, MPoint3 out) {
+        WSketchPoint r;
+        r.Position = p, r.HandleIn = in, r.HandleOut = out, r.Roll = P3(0, 0, 1), r.Kind = kind;
+        return r;
+    };
+    // The line's point keeps its outgoing handle on itself; the curve behind
+    // it is written with that handle first.
+    Fill(*TheSketch, {rec(KindMove, P3(0, 0, 0), P3(-3, 0, 0), P3(3, 0, 0)),
+                      rec(KindLine, P3(10, 0, 0), P3(7, 0, 0), P3(10, 0, 0)),
+                      rec(KindCurve, P3(20, 10, 0), P3(15, 10, 0), P3(25, 10, 0)),
+                      rec(KindLine, P3(30, 10, 0), P3(27, 10, 0), P3(33, 10, 0))});
+    Settings.SaveRoll = false;
+    Settings.SaveSolid = false;
+    Settings.Centre = false;
+    Settings.Scale = false;
+    MString path = PathText(Folder() / "nohandle.eps");
+    ASSERT_TRUE(SaveEps(path));
+    ASSERT_EQ(Kinds(*TheSketch), "0121");
+    ASSERT_TRUE(LoadSketch(path));
+    // The line that followed the curve now starts from the line's end.
+    EXPECT_EQ(Kinds(*TheSketch), "011");
+    EXPECT_TRUE(Near(TheSketch->Points[1].Position, P3(10, 0, 0), 0));
+    EXPECT_TRUE(Near(TheSketch->Points[2].Position, P3(30, 10, 0), 0));
+    EXPECT_TRUE(Near(TheSketch->Points[2].HandleIn, P3(24, 7, 0), 1e-5f));
+}
+
 TEST_F(LoadSketchTest, FlatSketchSavedIn2DComesBackAtDepthZero) {
     Messages box;
     Fill(*TheSketch,
