@@ -10,7 +10,9 @@ uint32_t Load32(const uint8_t* at) {
     return uint32_t(at[0]) | (uint32_t(at[1]) << 8) | (uint32_t(at[2]) << 16) |
            (uint32_t(at[3]) << 24);
 }
-uint16_t Load16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Load16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 void Store32(uint8_t* at, uint32_t value) {
     for (int32_t i = 0; i < 4; i++)
@@ -94,7 +96,8 @@ bool ReadBmp(MPicture& picture, const uint8_t* bytes, int32_t size) {
         red.Set(Load32(masks));
         green.Set(Load32(masks + 4));
         blue.Set(Load32(masks + 8));
-        if (infoSize >= 56) alpha.Set(Load32(masks + 12));
+        if (infoSize >= 56)
+            alpha.Set(Load32(masks + 12));
         else if (compression == BmpAlphaBitFields && uint64_t(BmpFileHeader) + 56 <= uint64_t(size))
             alpha.Set(Load32(masks + 12));
     } else if (compression == BmpRgb) {
@@ -147,10 +150,12 @@ bool ReadBmp(MPicture& picture, const uint8_t* bytes, int32_t size) {
             MColour colour;
             if (bitCount <= 8) {
                 uint32_t bitsAt = uint32_t(x * bitCount);
-                uint32_t index = (row[bitsAt / 8] >> (8 - bitCount - bitsAt % 8)) &
-                                 ((1u << bitCount) - 1);
-                if (int32_t(index) < paletteCount) colour = palette[index];
-                else colour = MColour();
+                uint32_t index =
+                    (row[bitsAt / 8] >> (8 - bitCount - bitsAt % 8)) & ((1u << bitCount) - 1);
+                if (int32_t(index) < paletteCount)
+                    colour = palette[index];
+                else
+                    colour = MColour();
             } else {
                 uint32_t value = bitCount == 16 ? Load16(row + x * 2) : Load32(row + x * 4);
                 colour.r = red.Of(value);

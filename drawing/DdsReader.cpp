@@ -233,11 +233,11 @@ bool ReadDds(MPicture& picture, const uint8_t* bytes, int32_t size) {
     const uint8_t* data = bytes + offset;
 
     // ---- Pixels by the resulting format
-    int32_t format = layout.Format == DxgiR16G16B16A16Float ? PictureRgbaHalf
-                     : layout.Format == DxgiR16G16B16A16Unorm ||
-                             layout.Format == DxgiR16G16B16A16Uint
-                         ? PictureRgba16
-                         : PictureBgra8;
+    int32_t format =
+        layout.Format == DxgiR16G16B16A16Float ? PictureRgbaHalf
+        : layout.Format == DxgiR16G16B16A16Unorm || layout.Format == DxgiR16G16B16A16Uint
+            ? PictureRgba16
+            : PictureBgra8;
     if (!picture.Allocate(int32_t(width), int32_t(height), format)) return false;
     uint64_t pixels = uint64_t(width) * height;
     if (format != PictureBgra8) {

@@ -23,7 +23,9 @@ void Store16(uint8_t* at, uint16_t value) {
     at[1] = uint8_t(value >> 8);
 }
 
-uint16_t Load16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Load16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 enum DdsTarget { TargetRgba8, TargetRgba16, TargetRgbaHalf };
 

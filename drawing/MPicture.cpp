@@ -167,7 +167,9 @@ uint8_t* MPicture::PixelAddress(int32_t x, int32_t y) const {
 
 namespace {
 
-uint16_t Load16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Load16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 void Store16(uint8_t* at, uint16_t value) {
     at[0] = uint8_t(value & 0xff);
@@ -182,9 +184,13 @@ uint8_t HalfToByte(const uint8_t* at) {
 }
 
 // A byte as a 16-bit channel: the byte is the high byte, 255 the low byte.
-uint16_t ByteTo16(uint8_t byte) { return uint16_t((byte << 8) | 0xff); }
+uint16_t ByteTo16(uint8_t byte) {
+    return uint16_t((byte << 8) | 0xff);
+}
 
-uint16_t ByteToHalf(uint8_t byte) { return FloatToHalf(float(byte) * (1.0f / 256.0f)); }
+uint16_t ByteToHalf(uint8_t byte) {
+    return FloatToHalf(float(byte) * (1.0f / 256.0f));
+}
 
 } // namespace
 
@@ -330,7 +336,8 @@ bool MPicture::Crop(const MPicture& source, WRect rectangle) {
     if (!source.IsUsable()) return false;
     int32_t left = rectangle.left < 0 ? 0 : rectangle.left;
     int32_t top = rectangle.top < 0 ? 0 : rectangle.top;
-    int64_t right = rectangle.right > int64_t(source.Width) ? int64_t(source.Width) : rectangle.right;
+    int64_t right =
+        rectangle.right > int64_t(source.Width) ? int64_t(source.Width) : rectangle.right;
     int32_t bottom = rectangle.bottom > source.Height ? source.Height : rectangle.bottom;
     if (right <= left || bottom <= top) return false;
     int32_t width = int32_t(right - left), height = bottom - top;
@@ -399,7 +406,7 @@ MPictureContainer PictureContainer(const MString& extension) {
         const char16_t* Extension;
         MPictureContainer Container;
     } Table[] = {
-        {u"BMP", ContainerBmp},   {u"JPG", ContainerJpeg}, {u"JPEG", ContainerJpeg},
+        {u"BMP", ContainerBmp},   {u"JPG", ContainerJpeg},  {u"JPEG", ContainerJpeg},
         {u"JPE", ContainerJpeg},  {u"JFIF", ContainerJpeg}, {u"PNG", ContainerPng},
         {u"TIF", ContainerTiff},  {u"TIFF", ContainerTiff}, {u"GIF", ContainerGif},
         {u"HEIC", ContainerHeif}, {u"HEIF", ContainerHeif},

@@ -15,15 +15,15 @@
 // conversion.
 enum MPictureFormat : int32_t {
     PictureNone = 0,
-    PictureGray8 = 1,     // 1 byte: gray
-    PictureGray16 = 2,    // 2 bytes: gray
-    PictureGrayHalf = 3,  // 2 bytes: gray as a half float
-    PictureBgr8 = 4,      // 3 bytes: blue, green, red
-    PictureRgb16 = 5,     // 6 bytes: red, green, blue
-    PictureRgbHalf = 6,   // 6 bytes: red, green, blue as half floats
-    PictureBgra8 = 7,     // 4 bytes: blue, green, red, alpha
-    PictureRgba16 = 8,    // 8 bytes: red, green, blue, alpha
-    PictureRgbaHalf = 9,  // 8 bytes: red, green, blue, alpha as half floats
+    PictureGray8 = 1,    // 1 byte: gray
+    PictureGray16 = 2,   // 2 bytes: gray
+    PictureGrayHalf = 3, // 2 bytes: gray as a half float
+    PictureBgr8 = 4,     // 3 bytes: blue, green, red
+    PictureRgb16 = 5,    // 6 bytes: red, green, blue
+    PictureRgbHalf = 6,  // 6 bytes: red, green, blue as half floats
+    PictureBgra8 = 7,    // 4 bytes: blue, green, red, alpha
+    PictureRgba16 = 8,   // 8 bytes: red, green, blue, alpha
+    PictureRgbaHalf = 9, // 8 bytes: red, green, blue, alpha as half floats
 };
 
 // Bytes per pixel of a format; 0 for anything that is no format.
@@ -32,17 +32,17 @@ int32_t PictureBytesPerPixel(int32_t format);
 bool PictureHasAlpha(int32_t format);
 
 struct MPicture {
-    uint32_t Width = 0;       // pixels; 0 means an empty picture
-    int32_t Height = 0;       // pixels
-    int32_t Format = 0;       // an MPictureFormat, 0 when empty
-    uint32_t Pitch = 0;       // bytes from one row to the next
-    uint8_t* Pixels = nullptr; // owned, Pitch * Height bytes
-    bool TopDown = true;      // row 0 is the top
-    int32_t FrameCount = 1;   // frames in the file
-    int32_t FrameDelay = 100; // of the first frame, milliseconds
-    int32_t FrameDisposal = 0; // of the first frame, as the file gives it
-    int32_t FrameLeft = 0, FrameTop = 0;      // position of the first frame
-    int32_t FrameWidth = 0, FrameHeight = 0;  // size of the first frame
+    uint32_t Width = 0;                      // pixels; 0 means an empty picture
+    int32_t Height = 0;                      // pixels
+    int32_t Format = 0;                      // an MPictureFormat, 0 when empty
+    uint32_t Pitch = 0;                      // bytes from one row to the next
+    uint8_t* Pixels = nullptr;               // owned, Pitch * Height bytes
+    bool TopDown = true;                     // row 0 is the top
+    int32_t FrameCount = 1;                  // frames in the file
+    int32_t FrameDelay = 100;                // of the first frame, milliseconds
+    int32_t FrameDisposal = 0;               // of the first frame, as the file gives it
+    int32_t FrameLeft = 0, FrameTop = 0;     // position of the first frame
+    int32_t FrameWidth = 0, FrameHeight = 0; // size of the first frame
 
     MPicture() = default;
     MPicture(const MPicture&) = delete;
@@ -148,5 +148,4 @@ MPictureContainer PictureContainer(const MString& extension);
 bool PlatformLoadPicture(MPicture& picture, const MString& path);
 // Writes picture into a container other than none, in format 4 whatever the
 // picture's own format.
-bool PlatformSavePicture(const MPicture& picture, const MString& path,
-                         MPictureContainer container);
+bool PlatformSavePicture(const MPicture& picture, const MString& path, MPictureContainer container);

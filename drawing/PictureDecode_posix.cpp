@@ -56,7 +56,9 @@ void PngRead(png_structp png, png_bytep target, png_size_t count) {
 
 void PngQuiet(png_structp, png_const_charp) {}
 
-void PngFail(png_structp png, png_const_charp) { png_longjmp(png, 1); }
+void PngFail(png_structp png, png_const_charp) {
+    png_longjmp(png, 1);
+}
 
 // The formats follow the Windows decoder: gray of 8 and 16 bits, RGB and RGBA
 // of 8 and 16 bits and gray with alpha keep their depth; palettes, gray below
@@ -133,7 +135,9 @@ struct JpegError {
     jmp_buf Jump;
 };
 
-void JpegFail(j_common_ptr info) { longjmp(reinterpret_cast<JpegError*>(info->err)->Jump, 1); }
+void JpegFail(j_common_ptr info) {
+    longjmp(reinterpret_cast<JpegError*>(info->err)->Jump, 1);
+}
 void JpegQuiet(j_common_ptr) {}
 
 struct JpegSource {
@@ -264,7 +268,7 @@ bool DecodeGif(MPicture& picture, const uint8_t* data, size_t size) {
 // TIFF
 
 struct TiffStream {
-    const uint8_t* Data = nullptr; // reading
+    const uint8_t* Data = nullptr;   // reading
     MVector<uint8_t>* Out = nullptr; // writing: Count is the capacity
     uint64_t Size = 0;
     uint64_t At = 0;
@@ -294,7 +298,7 @@ tmsize_t TiffWrite(thandle_t handle, void* source, tmsize_t count) {
 
 toff_t TiffSeek(thandle_t handle, toff_t offset, int whence) {
     TiffStream* stream = static_cast<TiffStream*>(handle);
-    int64_t base = whence == SEEK_CUR ? int64_t(stream->At)
+    int64_t base = whence == SEEK_CUR   ? int64_t(stream->At)
                    : whence == SEEK_END ? int64_t(stream->Size)
                                         : 0;
     int64_t position = base + int64_t(offset);
@@ -303,9 +307,15 @@ toff_t TiffSeek(thandle_t handle, toff_t offset, int whence) {
     return toff_t(position);
 }
 
-int TiffClose(thandle_t) { return 0; }
-toff_t TiffSize(thandle_t handle) { return static_cast<TiffStream*>(handle)->Size; }
-int TiffMap(thandle_t, void**, toff_t*) { return 0; }
+int TiffClose(thandle_t) {
+    return 0;
+}
+toff_t TiffSize(thandle_t handle) {
+    return static_cast<TiffStream*>(handle)->Size;
+}
+int TiffMap(thandle_t, void**, toff_t*) {
+    return 0;
+}
 void TiffUnmap(thandle_t, void*, toff_t) {}
 
 TIFF* OpenTiff(TiffStream& stream, const char* mode) {
@@ -328,9 +338,8 @@ bool DecodeTiffRgba(MPicture& picture, TIFF* tiff) {
     image.req_orientation = image.orientation;
     bool done = false;
     uint64_t count = uint64_t(image.width) * image.height;
-    uint32_t* raster = count > 0 && count < (1u << 28)
-                           ? static_cast<uint32_t*>(MGetMemory(count * 4))
-                           : nullptr;
+    uint32_t* raster =
+        count > 0 && count < (1u << 28) ? static_cast<uint32_t*>(MGetMemory(count * 4)) : nullptr;
     if (raster && TIFFRGBAImageGet(&image, raster, image.width, image.height) &&
         picture.Allocate(int32_t(image.width), int32_t(image.height), PictureBgra8)) {
         for (int32_t y = 0; y < picture.Height; y++) {
@@ -341,8 +350,10 @@ bool DecodeTiffRgba(MPicture& picture, TIFF* tiff) {
                 uint32_t alpha = TIFFGetA(value);
                 uint32_t rgb[3] = {TIFFGetR(value), TIFFGetG(value), TIFFGetB(value)};
                 for (uint32_t& c : rgb) {
-                    if (alpha == 0) c = 0;
-                    else if (alpha < 255) c = c * 255 / alpha > 255 ? 255 : c * 255 / alpha;
+                    if (alpha == 0)
+                        c = 0;
+                    else if (alpha < 255)
+                        c = c * 255 / alpha > 255 ? 255 : c * 255 / alpha;
                 }
                 at[0] = uint8_t(rgb[2]);
                 at[1] = uint8_t(rgb[1]);
@@ -387,8 +398,8 @@ bool DecodeTiff(MPicture& picture, const uint8_t* data, size_t size) {
             format = wide ? PictureGray16 : PictureGray8;
         else if (photometric == PHOTOMETRIC_RGB && samples == 3)
             format = wide ? PictureRgb16 : PictureBgr8;
-        else if (photometric == PHOTOMETRIC_RGB && samples == 4 && extraCount == 1 &&
-                 extraTypes && extraTypes[0] == EXTRASAMPLE_UNASSALPHA)
+        else if (photometric == PHOTOMETRIC_RGB && samples == 4 && extraCount == 1 && extraTypes &&
+                 extraTypes[0] == EXTRASAMPLE_UNASSALPHA)
             format = wide ? PictureRgba16 : PictureBgra8;
     }
     bool done = false;
@@ -549,8 +560,8 @@ bool EncodeGif(const MPicture& picture, MFile& file) {
                EGifPutImageDesc(gif, 0, 0, int(picture.Width), picture.Height, false, nullptr) ==
                    GIF_OK;
     for (int32_t y = 0; y < picture.Height && done; y++)
-        done = EGifPutLine(gif, indices + uint64_t(y) * picture.Width, int(picture.Width)) ==
-               GIF_OK;
+        done =
+            EGifPutLine(gif, indices + uint64_t(y) * picture.Width, int(picture.Width)) == GIF_OK;
     if (gif && EGifCloseFile(gif, &error) != GIF_OK) done = false;
     GifFreeMapObject(map);
     return done;
@@ -616,10 +627,14 @@ bool PlatformSavePicture(const MPicture& picture, const MString& path,
     MFile file;
     bool done = file.Open(path, true, false);
     if (done) {
-        if (container == ContainerPng) done = EncodePng(copy, file);
-        else if (container == ContainerGif) done = EncodeGif(copy, file);
-        else if (container == ContainerJpeg) done = file.Write(jpeg->Buffer, uint32_t(jpeg->Size));
-        else done = file.Write(bytes.Data, uint32_t(size));
+        if (container == ContainerPng)
+            done = EncodePng(copy, file);
+        else if (container == ContainerGif)
+            done = EncodeGif(copy, file);
+        else if (container == ContainerJpeg)
+            done = file.Write(jpeg->Buffer, uint32_t(jpeg->Size));
+        else
+            done = file.Write(bytes.Data, uint32_t(size));
     }
     if (jpeg) {
         std::free(jpeg->Buffer);
@@ -630,4 +645,6 @@ bool PlatformSavePicture(const MPicture& picture, const MString& path,
 
 // The native build draws through its recording surface and has no imaging
 // component to hand a bitmap to.
-void* MPicture::ToWicBitmap() const { return nullptr; }
+void* MPicture::ToWicBitmap() const {
+    return nullptr;
+}

@@ -24,7 +24,9 @@ template <typename T> struct ComPointer {
     T* operator->() const { return Pointer; }
 };
 
-const wchar_t* Wide(const MString& text) { return reinterpret_cast<const wchar_t*>(text.Chars()); }
+const wchar_t* Wide(const MString& text) {
+    return reinterpret_cast<const wchar_t*>(text.Chars());
+}
 
 bool CreateFactory(ComPointer<IWICImagingFactory>& factory) {
     return SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
@@ -140,9 +142,8 @@ bool PlatformLoadPicture(MPicture& picture, const MString& path) {
     ComPointer<IWICImagingFactory> factory;
     if (!CreateFactory(factory)) return false;
     ComPointer<IWICBitmapDecoder> decoder;
-    if (FAILED(factory->CreateDecoderFromFilename(Wide(path), nullptr, GENERIC_READ,
-                                                  WICDecodeMetadataCacheOnDemand,
-                                                  &decoder.Pointer)))
+    if (FAILED(factory->CreateDecoderFromFilename(
+            Wide(path), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand, &decoder.Pointer)))
         return false;
     UINT frames = 0;
     if (FAILED(decoder->GetFrameCount(&frames)) || frames == 0) return false;
@@ -192,8 +193,8 @@ bool PlatformLoadPicture(MPicture& picture, const MString& path) {
 
 bool PlatformSavePicture(const MPicture& picture, const MString& path,
                          MPictureContainer container) {
-    static const GUID HeifContainer = {0xe1e62521, 0x6787, 0x405b,
-                                       {0xa3, 0x39, 0x50, 0x07, 0x15, 0xb5, 0x76, 0x3f}};
+    static const GUID HeifContainer = {
+        0xe1e62521, 0x6787, 0x405b, {0xa3, 0x39, 0x50, 0x07, 0x15, 0xb5, 0x76, 0x3f}};
     const GUID* format = container == ContainerBmp    ? &GUID_ContainerFormatBmp
                          : container == ContainerJpeg ? &GUID_ContainerFormatJpeg
                          : container == ContainerPng  ? &GUID_ContainerFormatPng

@@ -27,7 +27,9 @@ Precision PrecisionOf(int32_t format) {
     }
 }
 
-uint16_t Load16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Load16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 void Store16(uint8_t* at, uint16_t value) {
     at[0] = uint8_t(value);
@@ -86,11 +88,11 @@ void WriteChannels(const double* value, Precision precision, uint8_t* at, int32_
     Precision target = PrecisionOf(format);
     if (target == precision && precision != Precision8) {
         int32_t channels = format == PictureGray16 || format == PictureGrayHalf ? 1
-                           : PictureHasAlpha(format)                          ? 4
-                                                                              : 3;
+                           : PictureHasAlpha(format)                            ? 4
+                                                                                : 3;
         for (int32_t c = 0; c < channels; c++)
-            Store16(at + 2 * c, precision == Precision16 ? uint16_t(value[c])
-                                                         : FloatToHalf(float(value[c])));
+            Store16(at + 2 * c,
+                    precision == Precision16 ? uint16_t(value[c]) : FloatToHalf(float(value[c])));
         return;
     }
     MColour colour;

@@ -29,11 +29,15 @@ struct TgaBytes {
     }
 };
 
-int32_t Signed16(const uint8_t* at) { return int16_t(uint16_t(at[0] | (at[1] << 8))); }
+int32_t Signed16(const uint8_t* at) {
+    return int16_t(uint16_t(at[0] | (at[1] << 8)));
+}
 
 // The colour map's length is put together from its two bytes read as signed
 // values, so 128 to 255 entries come out negative and fail, while 256 loads.
-int32_t MapLength(const uint8_t* header) { return int8_t(header[6]) * 256 + int8_t(header[5]); }
+int32_t MapLength(const uint8_t* header) {
+    return int8_t(header[6]) * 256 + int8_t(header[5]);
+}
 
 // ---- Type 1: 8-bit indices into a colour map of 24- or 32-bit entries; the
 // caller has checked the map's length and entry size.
@@ -106,9 +110,8 @@ bool ReadTga(MPicture& picture, const uint8_t* data, int32_t size, const MString
     // The reader goes on right behind the header: a non-empty image ID is
     // read as pixels (or as the colour map), and the colour map's first index
     // is never looked at.
-    bool read = trueColour
-                    ? bytes.Read(picture.Pixels, int64_t(picture.Pitch) * picture.Height)
-                    : ReadPalettePixels(picture, bytes, header);
+    bool read = trueColour ? bytes.Read(picture.Pixels, int64_t(picture.Pitch) * picture.Height)
+                           : ReadPalettePixels(picture, bytes, header);
     if (!read) {
         picture.Free();
         return false;

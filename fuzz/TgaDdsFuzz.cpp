@@ -40,8 +40,7 @@ void UseEverything(MPicture& picture) {
         }
     picture.HasTransparency();
     MPicture small;
-    small.Resample(picture, int32_t(picture.Width / 3 + 1), picture.Height / 3 + 1,
-                   PictureBgra8);
+    small.Resample(picture, int32_t(picture.Width / 3 + 1), picture.Height / 3 + 1, PictureBgra8);
     MVector<uint8_t> bytes;
     int32_t size = 0;
     if (!WriteDds(picture, bytes, size)) __builtin_trap();
@@ -59,19 +58,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     StartDebugCapture(); // the TGA reader's line about the row order
     {
         MPicture picture;
-        if (ReadTga(picture, data, length, MString(u"fuzz"))) UseEverything(picture);
-        else if (picture.Pixels) __builtin_trap();
+        if (ReadTga(picture, data, length, MString(u"fuzz")))
+            UseEverything(picture);
+        else if (picture.Pixels)
+            __builtin_trap();
     }
     StopDebugCapture();
     {
         MPicture picture;
-        if (ReadDds(picture, data, length)) UseEverything(picture);
-        else if (picture.Pixels) __builtin_trap();
+        if (ReadDds(picture, data, length))
+            UseEverything(picture);
+        else if (picture.Pixels)
+            __builtin_trap();
     }
     {
         MPicture picture;
-        if (ReadBmp(picture, data, length)) UseEverything(picture);
-        else if (picture.Pixels) __builtin_trap();
+        if (ReadBmp(picture, data, length))
+            UseEverything(picture);
+        else if (picture.Pixels)
+            __builtin_trap();
     }
     return 0;
 }

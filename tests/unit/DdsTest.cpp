@@ -128,8 +128,8 @@ struct BlockWriter {
 void ExpectBlock(const uint8_t* rgba, const int (&expected)[16][4], const char* what) {
     for (int i = 0; i < 16; i++)
         for (int c = 0; c < 4; c++)
-            EXPECT_EQ(int(rgba[i * 4 + c]), expected[i][c])
-                << what << " pixel " << i << " channel " << "RGBA"[c];
+            EXPECT_EQ(int(rgba[i * 4 + c]), expected[i][c]) << what << " pixel " << i << " channel "
+                                                            << "RGBA"[c];
 }
 
 } // namespace
@@ -300,8 +300,8 @@ TEST(DdsTest, LegacyPixelFormatsMapAsTheDirect3DLoadersMapThem) {
     EXPECT_FALSE(Read(picture, Dds(luminance, Counting(16))));
     EXPECT_FALSE(Read(picture, Dds(Compressed("BC4S"), Counting(8))));
     EXPECT_FALSE(Read(picture, Dds(Compressed("XYZW"), Counting(16))));
-    for (const char* fourCC : {"DXT1", "DXT2", "DXT3", "DXT4", "DXT5", "ATI1", "BC4U", "ATI2",
-                               "BC5U"})
+    for (const char* fourCC :
+         {"DXT1", "DXT2", "DXT3", "DXT4", "DXT5", "ATI1", "BC4U", "ATI2", "BC5U"})
         EXPECT_TRUE(Read(picture, Dds(Compressed(fourCC), Counting(16)))) << fourCC;
 }
 
@@ -363,10 +363,10 @@ TEST(DdsTest, GarbageNeverCrashes) {
     int loaded = 0;
     for (int round = 0; round < 3000; round++) {
         // A real header with random changes, so that the reader gets far.
-        std::vector<uint8_t> bytes =
-            round % 3 == 0 ? Dds(Dx10(98, 8, 8), Counting(64))
-            : round % 3 == 1 ? Dds(Compressed("DXT5", 5, 7), Counting(64))
-                             : Dds(Legacy(24, 0xff0000, 0xff00, 0xff, 0), Counting(48));
+        std::vector<uint8_t> bytes = round % 3 == 0 ? Dds(Dx10(98, 8, 8), Counting(64))
+                                     : round % 3 == 1
+                                         ? Dds(Compressed("DXT5", 5, 7), Counting(64))
+                                         : Dds(Legacy(24, 0xff0000, 0xff00, 0xff, 0), Counting(48));
         int changes = 1 + int(random() % 6);
         for (int i = 0; i < changes; i++)
             bytes[random() % bytes.size()] = uint8_t(random());
@@ -436,8 +436,8 @@ TEST(DdsTest, Bc1HasAThreeColourModeThatBc2AndBc3Ignore) {
 TEST(DdsTest, Bc4AndBc5FillRedAndGreenWithBlueZeroAndAlphaFull) {
     // 0 and 255 in ascending order: six steps and the two ends. Indices 0 to
     // 7 in each half: 0, 255, 255 / 5 = 51, 102, 153, 204, then 0 and 255.
-    const uint8_t block[16] = {0, 255, 0x88, 0xC6, 0xFA, 0x88, 0xC6, 0xFA,
-                               200, 100, 0, 0, 0, 0, 0, 0};
+    const uint8_t block[16] = {0,   255, 0x88, 0xC6, 0xFA, 0x88, 0xC6, 0xFA,
+                               200, 100, 0,    0,    0,    0,    0,    0};
     uint8_t rgba[64];
     DecodeBc4Block(block, rgba);
     const int reds[8] = {0, 255, 51, 102, 153, 204, 0, 255};
@@ -459,7 +459,7 @@ TEST(DdsTest, Bc4AndBc5FillRedAndGreenWithBlueZeroAndAlphaFull) {
 TEST(DdsTest, BlocksHangOverTheEdgesOfOddSizes) {
     // A 5 by 3 BC1 picture: two blocks across, one down. The first is all
     // red (index 0), the second all blue (index 1).
-    std::vector<uint8_t> data = {0x00, 0xF8, 0x1F, 0x00, 0, 0, 0, 0,
+    std::vector<uint8_t> data = {0x00, 0xF8, 0x1F, 0x00, 0,    0,    0,    0,
                                  0x00, 0xF8, 0x1F, 0x00, 0x55, 0x55, 0x55, 0x55};
     MPicture picture;
     ASSERT_TRUE(Read(picture, Dds(Compressed("DXT1", 5, 3), data)));
@@ -491,7 +491,7 @@ TEST(DdsTest, Bc7ModeZero) {
     BlockWriter w;
     w.Put(1, 1);
     w.Put(0, 4);
-    const uint32_t ends[6][3] = {{15, 0, 0}, {0, 0, 0}, {0, 15, 0},
+    const uint32_t ends[6][3] = {{15, 0, 0}, {0, 0, 0},  {0, 15, 0},
                                  {0, 7, 0},  {0, 0, 15}, {8, 8, 8}};
     for (int c = 0; c < 3; c++)
         for (int e = 0; e < 6; e++)
@@ -505,10 +505,10 @@ TEST(DdsTest, Bc7ModeZero) {
     uint8_t rgba[64];
     DecodeBc7Block(w.Bytes, rgba);
     const int expected[16][4] = {
-        {255, 8, 8, 255},    {219, 7, 7, 255},     {6, 216, 6, 255},     {5, 196, 5, 255},
-        {108, 3, 3, 255},    {72, 2, 2, 255},      {1, 135, 1, 255},     {0, 115, 0, 255},
-        {255, 8, 8, 255},    {20, 20, 232, 255},   {39, 39, 217, 255},   {5, 196, 5, 255},
-        {81, 81, 185, 255},  {101, 101, 170, 255}, {120, 120, 155, 255}, {59, 59, 202, 255}};
+        {255, 8, 8, 255},   {219, 7, 7, 255},     {6, 216, 6, 255},     {5, 196, 5, 255},
+        {108, 3, 3, 255},   {72, 2, 2, 255},      {1, 135, 1, 255},     {0, 115, 0, 255},
+        {255, 8, 8, 255},   {20, 20, 232, 255},   {39, 39, 217, 255},   {5, 196, 5, 255},
+        {81, 81, 185, 255}, {101, 101, 170, 255}, {120, 120, 155, 255}, {59, 59, 202, 255}};
     ExpectBlock(rgba, expected, "mode 0");
 }
 
@@ -537,8 +537,8 @@ TEST(DdsTest, Bc7ModeOne) {
     uint8_t rgba[64];
     DecodeBc7Block(w.Bytes, rgba);
     const int expected[16][4] = {
-        {255, 131, 2, 255}, {219, 118, 38, 255}, {184, 106, 73, 255}, {148, 93, 109, 255},
-        {109, 80, 148, 255}, {73, 67, 184, 255}, {38, 55, 219, 255},  {2, 42, 255, 255},
+        {255, 131, 2, 255},  {219, 118, 38, 255}, {184, 106, 73, 255}, {148, 93, 109, 255},
+        {109, 80, 148, 255}, {73, 67, 184, 255},  {38, 55, 219, 255},  {2, 42, 255, 255},
         {80, 161, 241, 255}, {72, 141, 210, 255}, {63, 121, 179, 255}, {55, 102, 148, 255},
         {45, 79, 113, 255},  {37, 60, 82, 255},   {28, 40, 51, 255},   {63, 121, 179, 255}};
     ExpectBlock(rgba, expected, "mode 1");
@@ -556,8 +556,8 @@ TEST(DdsTest, Bc7ModeTwo) {
     BlockWriter w;
     w.Put(4, 3);
     w.Put(11, 6);
-    const uint32_t ends[6][3] = {{31, 0, 0}, {0, 31, 0}, {0, 0, 31},
-                                 {16, 16, 16}, {1, 2, 3}, {30, 29, 28}};
+    const uint32_t ends[6][3] = {{31, 0, 0},   {0, 31, 0}, {0, 0, 31},
+                                 {16, 16, 16}, {1, 2, 3},  {30, 29, 28}};
     for (int c = 0; c < 3; c++)
         for (int e = 0; e < 6; e++)
             w.Put(ends[e][c], 5);
@@ -631,10 +631,10 @@ TEST(DdsTest, Bc7ModeFour) {
     uint8_t rgba[64];
     DecodeBc7Block(w.Bytes, rgba);
     const int expected[16][4] = {
-        {162, 0, 82, 255},   {115, 108, 117, 147}, {67, 219, 153, 36}, {20, 36, 94, 219},
-        {162, 147, 130, 108}, {115, 255, 165, 0},  {67, 72, 105, 183}, {20, 183, 142, 72},
-        {162, 0, 82, 255},   {115, 108, 117, 147}, {67, 219, 153, 36}, {20, 36, 94, 219},
-        {162, 147, 130, 108}, {115, 255, 165, 0},  {67, 72, 105, 183}, {20, 183, 142, 72}};
+        {162, 0, 82, 255},    {115, 108, 117, 147}, {67, 219, 153, 36}, {20, 36, 94, 219},
+        {162, 147, 130, 108}, {115, 255, 165, 0},   {67, 72, 105, 183}, {20, 183, 142, 72},
+        {162, 0, 82, 255},    {115, 108, 117, 147}, {67, 219, 153, 36}, {20, 36, 94, 219},
+        {162, 147, 130, 108}, {115, 255, 165, 0},   {67, 72, 105, 183}, {20, 183, 142, 72}};
     ExpectBlock(rgba, expected, "mode 4");
 }
 

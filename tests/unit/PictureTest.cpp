@@ -20,7 +20,9 @@ void Put16(uint8_t* at, uint16_t value) {
     at[0] = uint8_t(value);
     at[1] = uint8_t(value >> 8);
 }
-uint16_t Get16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Get16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 MColour Bgra(uint8_t b, uint8_t g, uint8_t r, uint8_t a) {
     MColour c;
@@ -433,7 +435,7 @@ TEST(PictureTest, AThreeFrameGifGivesFrameOneAndADelayOfOneHundredForZero) {
     ASSERT_TRUE(picture.Load(DataText("anim.gif")));
     EXPECT_EQ(picture.Format, PictureBgra8);
     EXPECT_EQ(picture.FrameCount, 3);
-    EXPECT_EQ(picture.FrameDelay, 100); // the file says 0
+    EXPECT_EQ(picture.FrameDelay, 100);  // the file says 0
     EXPECT_EQ(picture.FrameDisposal, 1); // "do not dispose"
     EXPECT_EQ(picture.FrameLeft, 0);
     EXPECT_EQ(picture.FrameTop, 0);
@@ -675,8 +677,8 @@ TEST(PictureTest, ToWicBitmapGivesPremultipliedBgraOfThePicture) {
     EXPECT_TRUE(IsEqualGUID(format, GUID_WICPixelFormat32bppPBGRA));
     BYTE pixels[8];
     ASSERT_TRUE(SUCCEEDED(bitmap->CopyPixels(nullptr, 8, 8, pixels)));
-    const BYTE expected[8] = {0x32 * 0x80 >> 8, 0x64 * 0x80 >> 8, 0xC8 * 0x80 >> 8, 0x80,
-                              0x30,             0x20,             0x10,             0xFF};
+    const BYTE expected[8] = {
+        0x32 * 0x80 >> 8, 0x64 * 0x80 >> 8, 0xC8 * 0x80 >> 8, 0x80, 0x30, 0x20, 0x10, 0xFF};
     EXPECT_EQ(0, std::memcmp(pixels, expected, 8));
     bitmap->Release();
     MPicture empty;

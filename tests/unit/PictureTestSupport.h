@@ -26,7 +26,9 @@ inline MString Text(const std::string& path) {
     return MString(wide.c_str());
 }
 
-inline MString DataText(const std::string& name) { return Text(DataPath(name)); }
+inline MString DataText(const std::string& name) {
+    return Text(DataPath(name));
+}
 
 inline std::vector<uint8_t> ReadBytes(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -47,9 +49,8 @@ inline std::string ScratchPath(const std::string& name) {
 // Compares every pixel, read as blue, green, red, alpha by ReadPixel, with
 // the reference's red, green, blue, alpha bytes; each channel may be off by
 // tolerance. Stops at the first mismatch with a message that names it.
-inline ::testing::AssertionResult MatchesReference8(const MPicture& picture,
-                                                    const std::vector<uint8_t>& rgba,
-                                                    int tolerance = 0) {
+inline ::testing::AssertionResult
+MatchesReference8(const MPicture& picture, const std::vector<uint8_t>& rgba, int tolerance = 0) {
     if (!picture.IsUsable()) return ::testing::AssertionFailure() << "picture not usable";
     size_t count = size_t(picture.Width) * size_t(picture.Height);
     if (rgba.size() != count * 4)
@@ -63,8 +64,9 @@ inline ::testing::AssertionResult MatchesReference8(const MPicture& picture,
             for (int k = 0; k < 4; k++)
                 if (std::abs(got[k] - int(r[k])) > tolerance)
                     return ::testing::AssertionFailure()
-                           << "pixel (" << x << ", " << y << ") channel " << "RGBA"[k] << ": "
-                           << got[k] << " where the reference has " << int(r[k]);
+                           << "pixel (" << x << ", " << y << ") channel "
+                           << "RGBA"[k] << ": " << got[k] << " where the reference has "
+                           << int(r[k]);
         }
     return ::testing::AssertionSuccess();
 }
@@ -82,7 +84,7 @@ inline ::testing::AssertionResult MatchesReference16(const MPicture& picture,
             const uint8_t* r = &rgba[(size_t(y) * picture.Width + x) * 8];
             int got[4];
             for (int k = 0; k < 4; k++) {
-                int channel = picture.Format == PictureGray16 ? (k < 3 ? 0 : -1)
+                int channel = picture.Format == PictureGray16            ? (k < 3 ? 0 : -1)
                               : picture.Format == PictureRgb16 && k == 3 ? -1
                                                                          : k;
                 got[k] = channel < 0 ? 65535 : p[2 * channel] | (p[2 * channel + 1] << 8);
@@ -91,8 +93,8 @@ inline ::testing::AssertionResult MatchesReference16(const MPicture& picture,
                 int want = r[2 * k] | (r[2 * k + 1] << 8);
                 if (got[k] != want)
                     return ::testing::AssertionFailure()
-                           << "pixel (" << x << ", " << y << ") channel " << "RGBA"[k] << ": "
-                           << got[k] << " where the reference has " << want;
+                           << "pixel (" << x << ", " << y << ") channel "
+                           << "RGBA"[k] << ": " << got[k] << " where the reference has " << want;
             }
         }
     return ::testing::AssertionSuccess();

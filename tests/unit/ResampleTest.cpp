@@ -36,7 +36,9 @@ void Put16(uint8_t* at, uint16_t value) {
     at[0] = uint8_t(value);
     at[1] = uint8_t(value >> 8);
 }
-uint16_t Get16(const uint8_t* at) { return uint16_t(at[0] | (at[1] << 8)); }
+uint16_t Get16(const uint8_t* at) {
+    return uint16_t(at[0] | (at[1] << 8));
+}
 
 // The box filter as the rules state it, for 8-bit sources: n taps each way
 // (the larger reduction rounded up, 2 to 32), the window at
@@ -84,8 +86,8 @@ void ExpectBoxFilter(const MPicture& source, int nw, int nh, int32_t format) {
             MColour got = ReadPixel(result.PixelAddress(x, y), format);
             ASSERT_TRUE(want.b == got.b && want.g == got.g && want.r == got.r && want.a == got.a)
                 << nw << "x" << nh << " at " << x << "," << y << ": got " << int(got.b) << " "
-                << int(got.g) << " " << int(got.r) << " " << int(got.a) << ", want "
-                << int(want.b) << " " << int(want.g) << " " << int(want.r) << " " << int(want.a);
+                << int(got.g) << " " << int(got.r) << " " << int(got.a) << ", want " << int(want.b)
+                << " " << int(want.g) << " " << int(want.r) << " " << int(want.a);
         }
 }
 
@@ -146,8 +148,8 @@ TEST(ResampleTest, ALogoOnTransparentBackgroundKeepsItsColoursAtItsEdge) {
     for (int y = 0; y < 64; y++)
         for (int x = 0; x < 64; x++) {
             bool inside = (x - 31.5) * (x - 31.5) + (y - 31.5) * (y - 31.5) < 24 * 24;
-            WritePixel(inside ? Bgra(40, 120, 200, 255) : Bgra(0, 0, 0, 0),
-                       logo.PixelAddress(x, y), PictureBgra8);
+            WritePixel(inside ? Bgra(40, 120, 200, 255) : Bgra(0, 0, 0, 0), logo.PixelAddress(x, y),
+                       PictureBgra8);
         }
     MPicture small;
     ASSERT_TRUE(small.Resample(logo, 20, 20, PictureBgra8));
@@ -172,8 +174,8 @@ TEST(ResampleTest, ALogoOnTransparentBackgroundKeepsItsColoursAtItsEdge) {
     ASSERT_TRUE(strip.Allocate(4, 2, PictureBgra8));
     for (int y = 0; y < 2; y++)
         for (int x = 0; x < 4; x++)
-            WritePixel(x < 3 ? Bgra(40, 120, 200, 255) : Bgra(0, 0, 0, 0),
-                       strip.PixelAddress(x, y), PictureBgra8);
+            WritePixel(x < 3 ? Bgra(40, 120, 200, 255) : Bgra(0, 0, 0, 0), strip.PixelAddress(x, y),
+                       PictureBgra8);
     MPicture half;
     ASSERT_TRUE(half.Resample(strip, 2, 1, PictureBgra8));
     ExpectPixel(half, 1, 0, 40, 120, 200, 127);
@@ -275,12 +277,12 @@ TEST(ResampleTest, ResultsMatchAPlainBoxFilter) {
         uint32_t value = random();
         // A quarter of the pixels fully transparent, some half.
         int alpha = value % 4 == 0 ? 0 : value % 4 == 1 ? int(value >> 24) : 255;
-        WritePixel(Bgra(int(value >> 8) & 255, int(value >> 16) & 255, int(value >> 4) & 255,
-                        alpha),
-                   source.Pixels + 4 * i, PictureBgra8);
+        WritePixel(
+            Bgra(int(value >> 8) & 255, int(value >> 16) & 255, int(value >> 4) & 255, alpha),
+            source.Pixels + 4 * i, PictureBgra8);
     }
-    const int sizes[][2] = {{11, 8}, {18, 14}, {5, 29}, {37, 3}, {1, 7}, {9, 1},
-                            {50, 40}, {2, 2}, {36, 29}, {13, 13}};
+    const int sizes[][2] = {{11, 8}, {18, 14}, {5, 29}, {37, 3},  {1, 7},
+                            {9, 1},  {50, 40}, {2, 2},  {36, 29}, {13, 13}};
     for (const auto& size : sizes) {
         ExpectBoxFilter(source, size[0], size[1], PictureBgra8);
         ExpectBoxFilter(source, size[0], size[1], PictureBgr8);

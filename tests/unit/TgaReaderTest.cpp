@@ -21,12 +21,24 @@ namespace {
 // index, map length, entry size, width, height, depth, descriptor.
 std::vector<uint8_t> Header(int id, int mapType, int type, int first, int length, int entry,
                             int width, int height, int depth, int descriptor) {
-    return {uint8_t(id),          uint8_t(mapType),    uint8_t(type),
-            uint8_t(first),       uint8_t(first >> 8), uint8_t(length),
-            uint8_t(length >> 8), uint8_t(entry),      0,
-            0,                    0,                   0,
-            uint8_t(width),       uint8_t(width >> 8), uint8_t(height),
-            uint8_t(height >> 8), uint8_t(depth),      uint8_t(descriptor)};
+    return {uint8_t(id),
+            uint8_t(mapType),
+            uint8_t(type),
+            uint8_t(first),
+            uint8_t(first >> 8),
+            uint8_t(length),
+            uint8_t(length >> 8),
+            uint8_t(entry),
+            0,
+            0,
+            0,
+            0,
+            uint8_t(width),
+            uint8_t(width >> 8),
+            uint8_t(height),
+            uint8_t(height >> 8),
+            uint8_t(depth),
+            uint8_t(descriptor)};
 }
 
 void Append(std::vector<uint8_t>& to, std::initializer_list<int> bytes) {
@@ -95,8 +107,8 @@ TEST(TgaReaderTest, AThirtyTwoBitPictureWithItsOriginAtTheLowerLeftComesOutTopDo
     MPicture picture;
     StartDebugCapture();
     ASSERT_TRUE(picture.Load(DataText("tga32-bottom.tga")));
-    EXPECT_EQ(StopDebugCapture(), MString(u"TGA ") + DataText("tga32-bottom.tga") +
-                                      MString(u" is top-down: N\n"));
+    EXPECT_EQ(StopDebugCapture(),
+              MString(u"TGA ") + DataText("tga32-bottom.tga") + MString(u" is top-down: N\n"));
     EXPECT_TRUE(picture.TopDown);
     // The file's first row is the picture's last.
     EXPECT_EQ(0, std::memcmp(picture.PixelAddress(0, 16), file.data() + 18, 23 * 4));
@@ -104,8 +116,8 @@ TEST(TgaReaderTest, AThirtyTwoBitPictureWithItsOriginAtTheLowerLeftComesOutTopDo
 
     StartDebugCapture();
     ASSERT_TRUE(picture.Load(DataText("tga32-top.tga")));
-    EXPECT_EQ(StopDebugCapture(), MString(u"TGA ") + DataText("tga32-top.tga") +
-                                      MString(u" is top-down: Y\n"));
+    EXPECT_EQ(StopDebugCapture(),
+              MString(u"TGA ") + DataText("tga32-top.tga") + MString(u" is top-down: Y\n"));
     std::vector<uint8_t> top = ReadBytes(DataPath("tga32-top.tga"));
     EXPECT_EQ(0, std::memcmp(picture.Pixels, top.data() + 18, 23 * 4 * 17));
 }
@@ -116,9 +128,8 @@ TEST(TgaReaderTest, ReadingFromMemoryEqualsReadingTheFile) {
     StartDebugCapture();
     ASSERT_TRUE(LoadTga(fromFile, DataText("tga24-bottom.tga")));
     ASSERT_TRUE(ReadTga(fromMemory, bytes.data(), int32_t(bytes.size()), MString(u"memory")));
-    EXPECT_EQ(StopDebugCapture(),
-              MString(u"TGA ") + DataText("tga24-bottom.tga") +
-                  MString(u" is top-down: N\nTGA memory is top-down: N\n"));
+    EXPECT_EQ(StopDebugCapture(), MString(u"TGA ") + DataText("tga24-bottom.tga") +
+                                      MString(u" is top-down: N\nTGA memory is top-down: N\n"));
     ASSERT_EQ(fromMemory.Pitch, fromFile.Pitch);
     EXPECT_EQ(0, std::memcmp(fromFile.Pixels, fromMemory.Pixels, fromFile.Pitch * 17));
 }
@@ -207,7 +218,7 @@ TEST(TgaReaderTest, ANonEmptyIdFieldLoadsShifted) {
 
     // A palette picture reads its map from the ID's place too.
     std::vector<uint8_t> palette = Header(2, 1, 1, 0, 1, 24, 1, 1, 8, 0x20);
-    Append(palette, {7, 8});          // the image ID
+    Append(palette, {7, 8});         // the image ID
     Append(palette, {40, 0, 60, 1}); // the entry, then the index
     // The entry is read from 7, 8, 40 and the index is the entry's 0.
     ASSERT_TRUE(Read(picture, palette));
@@ -226,20 +237,20 @@ TEST(TgaReaderTest, OtherDepthsTypesAndCombinationsFail) {
         MString debug = StopDebugCapture();
         return !done && !picture.IsUsable() && picture.Pixels == nullptr && debug.IsEmpty();
     };
-    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 16, 0)));  // depth 16
+    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 16, 0))); // depth 16
     EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 15, 0)));
     EXPECT_TRUE(refused(Header(0, 0, 3, 0, 0, 0, 3, 2, 8, 0)));   // gray
     EXPECT_TRUE(refused(Header(0, 0, 10, 0, 0, 0, 3, 2, 24, 0))); // run-length encoded
     EXPECT_TRUE(refused(Header(0, 1, 9, 0, 2, 24, 3, 2, 8, 0)));
-    EXPECT_TRUE(refused(Header(0, 2, 2, 0, 0, 0, 3, 2, 24, 0)));  // colour map type 2
-    EXPECT_TRUE(refused(Header(0, 1, 2, 0, 2, 24, 3, 2, 24, 0))); // type 2 with a map
-    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 8, 0)));   // type 2 of 8 bits
-    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 2, 24, 3, 2, 24, 0))); // type 1 of 24 bits
-    EXPECT_TRUE(refused(Header(0, 0, 1, 0, 2, 24, 3, 2, 8, 0)));  // type 1 without a map
-    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 2, 16, 3, 2, 8, 0)));  // 16-bit entries
-    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 0, 24, 3, 2, 8, 0)));  // an empty map
-    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 0, 2, 24, 0)));  // no width
-    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 0, 24, 0)));  // no height
+    EXPECT_TRUE(refused(Header(0, 2, 2, 0, 0, 0, 3, 2, 24, 0)));      // colour map type 2
+    EXPECT_TRUE(refused(Header(0, 1, 2, 0, 2, 24, 3, 2, 24, 0)));     // type 2 with a map
+    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 8, 0)));       // type 2 of 8 bits
+    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 2, 24, 3, 2, 24, 0)));     // type 1 of 24 bits
+    EXPECT_TRUE(refused(Header(0, 0, 1, 0, 2, 24, 3, 2, 8, 0)));      // type 1 without a map
+    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 2, 16, 3, 2, 8, 0)));      // 16-bit entries
+    EXPECT_TRUE(refused(Header(0, 1, 1, 0, 0, 24, 3, 2, 8, 0)));      // an empty map
+    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 0, 2, 24, 0)));      // no width
+    EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 3, 0, 24, 0)));      // no height
     EXPECT_TRUE(refused(Header(0, 0, 2, 0, 0, 0, 0x8000, 2, 24, 0))); // negative
     // The control: the same bytes with a good header load.
     EXPECT_FALSE(refused(Header(0, 0, 2, 0, 0, 0, 3, 2, 32, 0)));
