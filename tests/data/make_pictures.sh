@@ -44,6 +44,14 @@ reference16() { "$convert" "$1" -depth 16 -endian LSB "rgba:$2"; }
 "$convert" "$work/rose-alpha.png" "${strip[@]}" -define png:color-type=6 -depth 8 rgba.png
 "$convert" "$work/rose-alpha.png" -depth 16 -evaluate multiply 0.99 "${strip[@]}" \
   -define png:color-type=6 -define png:bit-depth=16 rgba16.png
+# A palette with a transparent entry, and gray with alpha: both come out as
+# 8-bit BGRA.
+"$convert" "$work/rose-alpha.png" -channel A -threshold 50% +channel -colors 32 "${strip[@]}" \
+  PNG8:palette.png
+"$convert" "$work/rose-alpha.png" -colorspace Gray "${strip[@]}" -define png:color-type=4 \
+  -define png:bit-depth=8 gray-alpha.png
+reference8 palette.png palette.png.rgba
+reference8 gray-alpha.png gray-alpha.png.rgba
 reference8 gray8.png gray8.png.rgba
 reference16 gray16.png gray16.png.rgba16
 reference8 rgb.png rgb.png.rgba

@@ -383,7 +383,10 @@ TEST(PictureTest, PngsLoadInTheirOwnDepths) {
     struct Case {
         const char* Name;
         int32_t Format;
-    } cases[] = {{"rgb.png", PictureBgr8}, {"rgba.png", PictureBgra8}};
+    } cases[] = {{"rgb.png", PictureBgr8},
+                 {"rgba.png", PictureBgra8},
+                 {"palette.png", PictureBgra8},
+                 {"gray-alpha.png", PictureBgra8}};
     for (const Case& c : cases) {
         MPicture picture;
         ASSERT_TRUE(picture.Load(DataText(c.Name))) << c.Name;
