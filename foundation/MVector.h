@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <new>
+#include <utility>
 
 void DebugOutput(const char16_t* text);
 
@@ -45,7 +46,8 @@ template <typename T> struct MVector {
             return false;
         }
         int32_t keep = Count < count ? Count : count;
-        for (int32_t i = 0; i < keep; i++) block[i] = Data[i];
+        // Moving gives the same elements as copying, without copying what they own.
+        for (int32_t i = 0; i < keep; i++) block[i] = std::move(Data[i]);
         delete[] Data;
         Data = block;
         Count = count;
