@@ -40,11 +40,7 @@ shot 2-top-view
 window_geometry
 corner_x=60
 corner_y=$((WIN_H - 120))
-xdotool keydown ctrl
-pause_step
-stroke $corner_x $corner_y $((corner_x + 40)) $((corner_y - 20)) $((corner_x + 80)) $((corner_y - 40)) $((corner_x + 120)) $((corner_y - 60))
-xdotool keyup ctrl
-pause_step
+ctrl_stroke $corner_x $corner_y $((corner_x + 40)) $((corner_y - 20)) $((corner_x + 80)) $((corner_y - 40)) $((corner_x + 120)) $((corner_y - 60))
 expect_title "$untitled"
 shot 3-orbited
 
