@@ -23,6 +23,7 @@
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "resources/resource.h"
+#include "shell/Background.h"
 #include "shell/Frame.h"
 #include "shell/Shell.h"
 #include "shell/Startup.h"
@@ -119,8 +120,8 @@ static void ShutDown(int32_t from) {
         DestroyAcceleratorTable(Accelerators);
         Accelerators = nullptr;
         DebugOutput(u"Accelerators destroyed\n");
-        // The background picture is released here once there is one.
     }
+    if (from <= ShutdownAccelerators) ReleaseBackground();
     if (from <= ShutdownElement) DestroyModelObjects(from);
     if (from <= ShutdownElement && ComStarted) {
         CoUninitialize();

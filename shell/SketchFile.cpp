@@ -1,10 +1,93 @@
+// Opening, saving and tracing the sketch, and the question that comes before
+// the sketch is replaced or left.
+
 #include "shell/SketchFile.h"
 
+#include "drawing/FilePrompt.h"
+#include "eps/EpsWriter.h"
+#include "eps/LoadSketch.h"
 #include "foundation/Platform.h"
+#include "shell/Commands.h"
+#include "shell/Shell.h"
+#include "shell/ToolWindows.h"
+#include "shell/WSettings.h"
+#include "sketch/WSketch.h"
+#include "view/WView.h"
 
-// Reading sketch files arrives with the file commands. Until then a path from
-// the command line is acknowledged in the debug output and the program stays
-// empty, as it does for a file it cannot read.
+bool (*TheInternalTracer)(const MString& picture) = nullptr;
+bool (*TheExternalTracer)(const MString& picture) = nullptr;
+
+bool AskToSave() {
+    if (!TheSketch || !TheSketch->Modified) return true;
+    MessageAnswer answer =
+        ShowMessage(MString(u"The sketch has changed.\r\n\r\nDo you want to save the changes ? "),
+                    IconQuestion, ButtonsYesNoCancel);
+    if (answer == AnswerCancel) return false;
+    if (answer == AnswerNo) return true;
+    return SaveSketch();
+}
+
+bool SaveSketch() {
+    bool written = false;
+    if (TheFileName.IsEmpty()) {
+        MString path = FilePrompt(PromptSaveSketch);
+        if (path.IsEmpty()) return false;
+        written = SaveEps(path);
+        TheFileName = path;
+    } else {
+        MString path = TheFileName;
+        written = SaveEps(path);
+    }
+    RefreshTitle();
+    return written;
+}
+
+void ShowOpenedSketch() {
+    RefreshTitle();
+    ShowStandardView(ViewFront);
+    RefreshPointWindow();
+    SetMode(ModeEditSketch);
+}
+
 void OpenSketch(const MString& path) {
-    DebugOutput(MString(u"OpenSketch: not yet able to read ") + path + "\n");
+    MString name = path.IsEmpty() ? FilePrompt(PromptOpenSketch) : path;
+    if (name.IsEmpty()) return;
+    DebugOutput(MString(u"Opening sketch \"") + name + "\"\n");
+    TheFileName = MString();
+    if (LoadSketch(name) && name.FileExtension() == MString(u"EPS")) TheFileName = name;
+    ShowOpenedSketch();
+}
+
+bool IsPotracePath(const MString& path) {
+    if (path.IsEmpty()) return false;
+    MString lower = path;
+    LowerCaseInPlace(lower.Text, lower.Length);
+    int32_t start = 0;
+    for (int32_t i = 0; i < lower.Length; i++) {
+        char16_t c = lower.Text[i];
+        if (c == u'/' || c == u'\\' || c == u':') start = i + 1;
+    }
+    return MString(lower.Chars() + start) == MString(u"potrace.exe");
+}
+
+void TraceBitmap() {
+    MString picture = FilePrompt(PromptSelectPicture);
+    if (picture.IsEmpty()) return;
+    // A trace gives outlines to be filled, and they have no roll of their own.
+    if (TheSettings) {
+        TheSettings->SaveSolid = true;
+        TheSettings->SaveRoll = false;
+    }
+    MString tracer = TheSettings ? TheSettings->ExternalTracer : MString();
+    if (tracer.IsEmpty()) {
+        if (TheInternalTracer) TheInternalTracer(picture);
+    } else if (IsPotracePath(tracer)) {
+        if (TheExternalTracer) TheExternalTracer(picture);
+    } else {
+        ShowMessage(MString(u"Unknown external tracer\n\n\"") + tracer + "\"", IconError);
+    }
+    // Whatever the tracer did, the sketch is no longer the file's: the next
+    // save asks for a name.
+    TheFileName = MString();
+    ShowOpenedSketch();
 }

@@ -56,9 +56,10 @@ void OpenStartFile(const MString& argument) {
     OpenSketch(argument);
 }
 
-// The question about unsaved changes comes first, with the file commands.
-// The tool windows are not there yet, so they are saved as closed.
+// The question about unsaved changes comes first: a cancel keeps everything
+// as it was. The tool windows are not there yet, so they are saved as closed.
 bool PrepareToClose(const WRect& mainWindow) {
+    if (!AskToSave()) return false;
     SaveSettingsAtClose(mainWindow, nullptr, nullptr, nullptr);
     return true;
 }

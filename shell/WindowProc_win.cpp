@@ -3,26 +3,30 @@
 
 #include "shell/WindowProc_win.h"
 
+#include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "resources/resource.h"
+#include "shell/Commands.h"
 #include "shell/Input.h"
+#include "shell/Keys.h"
 #include "shell/Shell.h"
 #include "shell/Startup.h"
+
+#include <shellapi.h>
 
 // The cursor and the modifier keys, read at the head of every message rather
 // than taken from the message itself: a message may wait in the queue while
 // the user moves on, and the gestures act on where the mouse is now.
 struct MessageInput {
-    MPoint2 Position;
+    MPoint2 Position; // client pixels; (0, 0) when the cursor cannot be read
     WKeys Keys;
 };
 
 static MessageInput ReadInput(HWND window) {
     MessageInput input;
     POINT cursor = {};
-    GetCursorPos(&cursor);
-    ScreenToClient(window, &cursor);
-    input.Position = MPoint2{static_cast<float>(cursor.x), static_cast<float>(cursor.y)};
+    if (GetCursorPos(&cursor) && ScreenToClient(window, &cursor))
+        input.Position = MPoint2{static_cast<float>(cursor.x), static_cast<float>(cursor.y)};
     input.Keys.Control = (GetAsyncKeyState(VK_CONTROL) & 0x8000) != 0;
     input.Keys.Shift = (GetAsyncKeyState(VK_SHIFT) & 0x8000) != 0;
     input.Keys.Alt = (GetAsyncKeyState(VK_MENU) & 0x8000) != 0;
@@ -38,29 +42,55 @@ static void CloseMainWindow(HWND window) {
     DestroyWindow(window);
 }
 
+// Only the first file counts, and only as many characters of it as a path
+// may have; the drop is finished whatever becomes of it.
+static void DropFiles(HDROP drop) {
+    wchar_t name[MaxDroppedPathLength + 1] = {};
+    UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+    UINT length = count > 0 ? DragQueryFileW(drop, 0, name, MaxDroppedPathLength + 1) : 0;
+    DragFinish(drop);
+    if (length > 0) OnFileDropped(MString(reinterpret_cast<const char16_t*>(name)));
+}
+
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     MessageInput input = ReadInput(window);
     switch (message) {
     case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDM_EXIT:
-            CloseMainWindow(window);
-            return 0;
-        default:
-            break; // the other commands arrive with their subsystems
-        }
+        if (RunCommand(LOWORD(wParam))) return 0;
         break;
+    case WM_CHAR:
+        OnCharacter(static_cast<char16_t>(wParam));
+        return 0;
+    case WM_KEYDOWN:
+        if (wParam != VK_DELETE) break;
+        OnDeleteKey(input.Keys);
+        return 0;
     case WM_LBUTTONDOWN:
-        // The capture keeps a stroke going when it leaves the client area.
+        // The capture keeps a stroke or a drag going outside the client area
+        // until the last button is up (the message's flags say which are).
         SetCapture(window);
         OnLeftButtonDown(input.Position, input.Keys);
+        return 0;
+    case WM_LBUTTONUP:
+        OnLeftButtonUp(input.Position, input.Keys);
+        if (!(wParam & MK_RBUTTON)) ReleaseCapture();
+        return 0;
+    case WM_RBUTTONDOWN:
+        SetCapture(window);
+        OnRightButtonDown(input.Position, input.Keys);
+        return 0;
+    case WM_RBUTTONUP:
+        OnRightButtonUp(input.Position, input.Keys);
+        if (!(wParam & MK_LBUTTON)) ReleaseCapture();
         return 0;
     case WM_MOUSEMOVE:
         OnMouseMove(input.Position, input.Keys);
         return 0;
-    case WM_LBUTTONUP:
-        OnLeftButtonUp(input.Position, input.Keys);
-        ReleaseCapture();
+    case WM_MOUSEWHEEL:
+        OnMouseWheel(GET_WHEEL_DELTA_WPARAM(wParam));
+        return 0;
+    case WM_DROPFILES:
+        DropFiles(reinterpret_cast<HDROP>(wParam));
         return 0;
     case WM_CLOSE:
         CloseMainWindow(window);
@@ -84,6 +114,5 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     default:
         break;
     }
-    (void)input;
     return DefWindowProcW(window, message, wParam, lParam);
 }
