@@ -172,6 +172,7 @@ class ShellFixture : public ::testing::Test {
         TheSketch->CurrentPart = 0;
         TheSketch->Commit();
         TheSketch->Modified = 0;
+        RefreshTitle();
         depth = TheSketch->Undo->Depth;
     }
     // Undo steps stored since Load.
