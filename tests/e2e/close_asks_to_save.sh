@@ -15,7 +15,7 @@ sleep 1 # file times of a second's grain
 start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
-stroke 300 300 350 300 400 300 450 300
+draw_stroke 300 300 350 300 400 300 450 300
 changed="Quillmere - Untitled * (2 points) [DRAW FREEHAND]"
 expect_title "$changed"
 
@@ -23,9 +23,10 @@ expect_title "$changed"
 close_with_alt_f4
 wait_for_dialog Quillmere 20
 eval "$(xdotool getwindowgeometry --shell "$DLG")"
+box_w=$WIDTH box_h=$HEIGHT
 window_geometry
-echo "question box ${WIDTH}x${HEIGHT}, main window ${WIN_W}x${WIN_H}"
-[ "$WIDTH" -lt "$WIN_W" ] && [ "$HEIGHT" -lt "$WIN_H" ] || fail "the box is not smaller than the main window"
+echo "question box ${box_w}x${box_h}, main window ${WIN_W}x${WIN_H}"
+[ "$box_w" -lt "$WIN_W" ] && [ "$box_h" -lt "$WIN_H" ] || fail "the box is not smaller than the main window"
 shot 1-question
 python3 - "$QLOG" "$question" <<'PYTHON' || fail "the question's text is not the expected one"
 import sys
@@ -39,6 +40,8 @@ kill -0 "$QPID" 2>/dev/null || fail "the program ended after Cancel"
 expect_title "$changed"
 [ "$(program_windows | wc -l)" -eq 1 ] || fail "more than the main window is open after Cancel"
 shot 2-after-cancel
+activate_main_window
+expect_title "$changed"
 
 # Second close: the question again, answered with No.
 close_with_alt_f4

@@ -23,9 +23,9 @@ start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
 
-stroke "${first[@]}"
+draw_stroke "${first[@]}"
 expect_title "Quillmere - Untitled * (2 points) [DRAW FREEHAND]"
-stroke "${second[@]}"
+draw_stroke "${second[@]}"
 expect_title "Quillmere - Untitled * (9 points) [DRAW FREEHAND]"
 shot 1-two-strokes
 
@@ -48,8 +48,9 @@ expect_title "Quillmere - Untitled * (9 points) [EDIT SKETCH]"
 press ctrl+y
 expect_title "Quillmere - Untitled * (9 points) [EDIT SKETCH]"
 
-# Save: the prompt asks for a name. The name comes back with the default
-# extension "EPS" forced on it, and the file is written with "eps".
+# Save: the prompt asks for a name. The prompt forces its default extension
+# "EPS" on the answer; the writer forces "eps" on the same path, which is the
+# name the sketch keeps.
 press ctrl+s
 wait_for_dialog "Save sketch" 20
 shot 4-save-prompt
@@ -58,7 +59,7 @@ press_in_dialog
 type_text "$prompt_path"
 press_in_dialog Return
 wait_for_dialog_gone 20
-expect_title "Quillmere - journey.EPS (9 points) [EDIT SKETCH]"
+expect_title "Quillmere - journey.eps (9 points) [EDIT SKETCH]"
 [ -f "$saved" ] || fail "no file $saved after the save"
 cp "$saved" "$OUT/first-save.eps"
 shot 5-saved

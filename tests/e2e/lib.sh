@@ -9,8 +9,11 @@
 #   title_point_count         the "(n points)" of the present title
 #   stroke X Y X Y ...        a left-button stroke through window pixels
 #   ctrl_stroke X Y ...       the same stroke with Ctrl held
+#   draw_stroke X Y ...       a freehand stroke that waits for each sample's ink
+#   ctrl_draw_stroke X Y ...  the same with Ctrl held (a polyline)
 #   press KEYS...             keys to the main window (xdotool key names)
 #   wait_for_dialog NAME [s]  sets DLG to a second top-level window of that title
+#   activate_main_window      a click on the menu bar, after a message box
 #   close_with_alt_f4         the user's keyboard close
 #   close_with_file_exit      File > Exit from the keyboard (Alt+F, Up, Return)
 #   expect_exit_code 0        waits for the end and checks its exit code
@@ -19,6 +22,7 @@
 #   settings_set KEY VALUES   rewrites one record, keeping UTF-16 LE and its mark
 #   windows_path FILE         the path as the program sees it
 #   shot NAME                 a screenshot NAME.png in the journey's folder
+#   expect_screen_changed A B WHAT   screenshots A and B differ visibly
 #
 # Window pixels are those of the main window's X window. Without a window
 # manager Wine gives that window no caption or borders: its origin is the
@@ -238,19 +242,47 @@ point_at() { # x y
 }
 
 # Left button down at the first pair, moves through the others, up at the
-# last. Each pair is one sample of the program's recorder.
+# last. In the drawing mode each pair is one sample of the program's
+# recorder; in the edit modes only the sum of the moves counts.
 stroke() { # x y x y ...
   [ $# -ge 2 ] || fail "stroke needs a point"
+  local x=$1 y=$2
   point_at "$1" "$2"
   shift 2
   xdotool mousedown 1 || fail "mousedown failed"
   pause_step
   while [ $# -ge 2 ]; do
     point_at "$1" "$2"
+    [ -n "${E2E_INK:-}" ] && wait_for_ink "$x" "$y" "$1" "$2"
+    x=$1 y=$2
     shift 2
   done
   xdotool mouseup 1 || fail "mouseup failed"
   pause_step
+}
+
+# A freehand stroke whose samples must all arrive. The program takes the
+# cursor where it is when it handles a move, so a move handled late (a long
+# frame on a busy machine) would take the next position and lose a sample.
+# The frame draws the running stroke: the pointer waits at each sample until
+# the ink of the segment to it shows, up to 3 s. The ink is the sketch colour
+# of a new user (black), darker than the grid, the axes and the help text.
+draw_stroke() { # x y x y ...
+  window_geometry
+  E2E_INK=1 stroke "$@"
+}
+
+# Returns when the middle of the segment between two window pixels is inked,
+# or after 3 s without a failure: the count in the title judges the stroke.
+wait_for_ink() { # x0 y0 x1 y1
+  local mx=$((WIN_X + ($1 + $3) / 2 - 2)) my=$((WIN_Y + ($2 + $4) / 2 - 2)) darkest
+  for _ in $(seq 30); do
+    darkest=$(import -window root -crop "5x5+${mx}+${my}" +repage -format '%[fx:minima]' info: 2>/dev/null)
+    awk -v d="${darkest:-1}" 'BEGIN { exit !(d < 0.3) }' && return 0
+    sleep 0.1
+  done
+  echo "no ink between ($1, $2) and ($3, $4) after 3 s" >&2
+  return 0
 }
 
 # The program reads Ctrl from the key state when the button goes up.
@@ -258,6 +290,14 @@ ctrl_stroke() { # x y x y ...
   xdotool keydown ctrl
   pause_step
   stroke "$@"
+  xdotool keyup ctrl
+  pause_step
+}
+
+ctrl_draw_stroke() { # x y x y ...
+  xdotool keydown ctrl
+  pause_step
+  draw_stroke "$@"
   xdotool keyup ctrl
   pause_step
 }
@@ -296,6 +336,16 @@ type_text() { # text
 shot() { # name
   import -window root "$OUT/$1.png" || fail "screenshot failed"
   echo "screenshot: $OUT/$1.png"
+}
+
+# Fails unless two screenshots of the journey differ in more than 1000
+# pixels (beyond 10 % of the channel range): a view gesture reached the
+# program and the frame shows it.
+expect_screen_changed() { # name-before name-after what
+  local count
+  count=$(compare -metric AE -fuzz 10% "$OUT/$1.png" "$OUT/$2.png" null: 2>&1 | cut -d' ' -f1)
+  echo "$3: $count pixels changed"
+  awk -v n="${count:-0}" 'BEGIN { exit !(n + 0 > 1000) }' || fail "$3 left the screen as it was ($2.png against $1.png)"
 }
 
 screenshot() { # file
@@ -369,6 +419,16 @@ press_in_dialog() { # key names
     xdotool key "$key" || fail "key $key failed"
     pause_step
   done
+}
+
+# Back to the main window after a message box: Wine without a window manager
+# activates no window when a box without owner closes, so the keyboard
+# reaches nothing until the user clicks the main window. The click goes to
+# the empty end of the menu bar, where it changes nothing.
+activate_main_window() {
+  window_geometry
+  xdotool mousemove --window "$WID" $((WIN_W - 60)) 8 click 1 || fail "click on the menu bar failed"
+  pause_step
 }
 
 # The user closes a changed sketch and answers the save question with No:
