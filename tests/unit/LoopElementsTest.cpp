@@ -139,6 +139,26 @@ TEST_F(LoopElements, CircularLoopDefaultsHaveTwoPoints) {
     EXPECT_EQ(Pt(1).HandleOut.x - Pt(1).Position.x, -40.0f);
 }
 
+TEST_F(LoopElements, CircularLoopDefaultsWithTwistOneHaveFourPoints) {
+    // (30, 10, 1): quarter circles, l = 30 * 4/3 * tan(pi/8) = 16.5685;
+    // q = 188.7606 as without twist, w = 16.5685 * 10 / q = 0.877754.
+    // Rising (2.5, 30, 30) h (w, l, 0) r (0, 0, 1); top (5, 60, 0)
+    // h (w, 0, -l) r (-1, 0, 0); falling (7.5, 30, -30) h (w, -l, 0)
+    // r (0, 0, 1); end (10, 0, 0) h (0, 0, l) r (1, 0, 0). S (0, 0, l).
+    Add(ElementCircularLoop, 30, 10, 1);
+    ASSERT_EQ(Count(), 5);
+    float l = Handle43(30, Tan8());
+    float q = std::sqrt((30 * 6.2831855f) * (30 * 6.2831855f) + 10.0f * 10.0f);
+    float w = l * 10 / q;
+    EXPECT_NEAR(l, 16.5685, 1e-4);
+    EXPECT_NEAR(w, 0.877754, 1e-5);
+    EXPECT_TRUE(StartPointWith(P3(0, 0, l)));
+    EXPECT_TRUE(Local(1, P3(2.5f, 30, 30), P3(w, l, 0), P3(0, 0, 1)));
+    EXPECT_TRUE(Local(2, P3(5, 60, 0), P3(w, 0, -l), P3(-1, 0, 0)));
+    EXPECT_TRUE(Local(3, P3(7.5f, 30, -30), P3(w, -l, 0), P3(0, 0, 1)));
+    EXPECT_TRUE(Local(4, P3(10, 0, 0), P3(0, 0, l), P3(1, 0, 0)));
+}
+
 TEST_F(LoopElements, CircularLoopWithTwistHasFourPoints) {
     // (6.5, 3, 1): l = 6.5 * 4/3 * tan(pi/8) = 3.58985,
     // q = sqrt(40.8407^2 + 9) = 40.9507, w = l * 3 / q = 0.262988.

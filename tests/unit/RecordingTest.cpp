@@ -237,6 +237,17 @@ TEST_F(RecordingTest, GridSnapWithCtrlKeepsSamplesThatMeet) {
     EXPECT_EQ(At(1).Kind, KindLine);
     EXPECT_EQ(At(2).Kind, KindLine);
     EXPECT_EQ(At(3).Kind, KindLine);
+
+    // Appended, the curve keeps its segment of length 0 until the next
+    // clean-up removes the second of the two records.
+    TheSketch->AppendPoints(recording.Points.Data, recording.PointCount);
+    ASSERT_EQ(TheSketch->PointCount, 4);
+    ExpectPoint(TheSketch->Points[1].Position, 100, 0, 0, 0);
+    ExpectPoint(TheSketch->Points[2].Position, 100, 0, 0, 0);
+    TheSketch->CleanUp();
+    ASSERT_EQ(TheSketch->PointCount, 3);
+    ExpectPoint(TheSketch->Points[1].Position, 100, 0, 0, 0);
+    ExpectPoint(TheSketch->Points[2].Position, 0, 40, 0, 0);
 }
 
 TEST_F(RecordingTest, GridIsNotAppliedWithoutCtrl) {

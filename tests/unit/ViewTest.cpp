@@ -5,6 +5,7 @@
 
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
+#include "shell/Input.h"
 #include "sketch/WSketch.h"
 
 #include <gtest/gtest.h>
@@ -197,6 +198,38 @@ TEST(ViewTest, WheelCannotTakeZoomBelowTheLimit) {
     EXPECT_EQ(view.Zoom, 0.001f);
     // The matrices follow: 1 / 0.001f = 999.99995 in double, 999.99994f.
     EXPECT_EQ(view.WorldToScreen.M[0][0], 999.9999389648438f);
+}
+
+TEST(ViewTest, TheWheelMessageCannotTakeZoomBelowTheLimit) {
+    // The wheel's own handler, with the signed delta of WM_MOUSEWHEEL: one
+    // notch of 120 zooms in by 0.88. The largest delta a message carries,
+    // 32767, asks for the factor 1 - 32.767 = -31.767, which ends at 0.001.
+    // Turned the other way, -32768 gives the factor 33.768: four such
+    // messages take 0.001 past 1000 (0.001 * 33.768^4 = 1300), where it stops.
+    MString texts[2];
+    MessageScript script;
+    script.Texts = texts;
+    script.Capacity = 2;
+    TheMessageScript = &script;
+    ASSERT_EQ(TheView, nullptr);
+    ASSERT_NE(CreateView(), nullptr);
+    TheMessageScript = nullptr;
+    TheView->SetViewport(800, 600);
+    OnMouseWheel(120);
+    EXPECT_EQ(TheView->Zoom, float(double(0.2f) * 0.88));
+    OnMouseWheel(32767);
+    EXPECT_EQ(TheView->Zoom, 0.001f);
+    for (int i = 0; i < 50; i++)
+        OnMouseWheel(120);
+    EXPECT_EQ(TheView->Zoom, 0.001f);
+    // The matrices were updated with it: 1 / 0.001f rounds to 999.99994f.
+    EXPECT_EQ(TheView->WorldToScreen.M[0][0], 999.9999389648438f);
+    for (int i = 0; i < 3; i++)
+        OnMouseWheel(-32768);
+    EXPECT_LT(TheView->Zoom, 1000.0f);
+    OnMouseWheel(-32768);
+    EXPECT_EQ(TheView->Zoom, 1000.0f);
+    DestroyView();
 }
 
 TEST(ViewTest, ZoomOutStopsAtOneThousand) {
