@@ -1,43 +1,233 @@
-// The native surface draws nothing: it writes each operation as a line into
-// Recording, so that tests can state exactly what a frame drew.
+// The native surface draws nothing: each call that would reach the platform
+// becomes an entry of Operations, so that tests can state exactly what a
+// frame drew, in device pixels and with the colour of the brush in place.
+// Its "objects" are markers: a non-null pointer says the brush, stroke style
+// or text format exists, so that the caches behave as on the platform.
 
+#include "drawing/DrawSurfacePlatform.h"
 #include "drawing/MDrawSurface.h"
+#include "drawing/MPicture.h"
 #include "shell/Shell.h"
 #include "shell/Window.h"
+
+#include <new>
+
+static MDrawOperation Entry(int32_t kind) {
+    MDrawOperation operation;
+    operation.Kind = kind;
+    return operation;
+}
+
+static void Count(MDrawSurface& surface) {
+    if (surface.Counted) return;
+    surface.Counted = true;
+    TheSurfaceCount++;
+}
 
 // Only the main window exists here; its client size is the one the window
 // layer holds.
 void MDrawSurface::CreateForWindow(void* window) {
+    Valid = false;
+    Scale = 1;
+    Count(*this);
     int32_t width = 0, height = 0;
     if (window && window == TheMainWindow) MainClientSize(width, height);
     Left = 0;
     Top = 0;
     Right = width;
     Bottom = height;
+    MDrawOperation entry = Entry(DrawCreateForWindow);
+    entry.X2 = float(width);
+    entry.Y2 = float(height);
+    Record(entry);
+    if (width < 1 || height < 1) return;
+    HwndTarget = window;
+    Valid = true;
+}
+
+void MDrawSurface::CreateForDc(void* dc, const WRect& rectangle) {
+    Valid = false;
     Scale = 1;
-    Valid = width > 0 && height > 0;
-    Recording =
-        Recording + "CreateForWindow " + IntegerText(width) + " " + IntegerText(height) + "\n";
+    Count(*this);
+    Left = rectangle.left;
+    Top = rectangle.top;
+    Right = rectangle.right;
+    Bottom = rectangle.bottom;
+    MDrawOperation entry = Entry(DrawCreateForDc);
+    entry.X1 = float(Left);
+    entry.Y1 = float(Top);
+    entry.X2 = float(Right);
+    entry.Y2 = float(Bottom);
+    Record(entry);
+    if (!dc || Right - Left < 1 || Bottom - Top < 1) return;
+    DcTarget = dc;
+    Valid = true;
 }
 
 void MDrawSurface::Release() {
     Valid = false;
-    Recording = Recording + "Release\n";
+    TextFormat = nullptr;
+    StrokeStyle = nullptr;
+    Brush = nullptr;
+    HwndTarget = nullptr;
+    DcTarget = nullptr;
+    WriteFactory = nullptr;
+    Factory = nullptr;
+    Record(Entry(DrawRelease));
+    if (Counted) {
+        Counted = false;
+        TheSurfaceCount--;
+    }
 }
 
 bool MDrawSurface::Begin() {
     if (!Valid) return false;
-    Recording = Recording + "Begin\n";
+    Record(Entry(DrawBegin));
     return true;
 }
 
 void MDrawSurface::End() {
     if (!Valid) return;
-    Recording = Recording + "End\n";
+    Record(Entry(DrawEnd));
 }
 
 void MDrawSurface::Clear(MColour colour) {
     if (!Valid) return;
-    Recording = Recording + "Clear " + IntegerText(colour.b) + " " + IntegerText(colour.g) + " " +
-                IntegerText(colour.r) + " " + IntegerText(colour.a) + "\n";
+    MDrawOperation entry = Entry(DrawClear);
+    entry.Colour = colour;
+    Record(entry);
+}
+
+// ---- Platform objects
+
+bool PlatformNewBrush(MDrawSurface& surface, MColour colour) {
+    surface.Brush = &surface.BrushColour;
+    MDrawOperation entry = Entry(DrawNewBrush);
+    entry.Colour = colour;
+    surface.Record(entry);
+    return true;
+}
+
+bool PlatformNewStrokeStyle(MDrawSurface& surface) {
+    surface.StrokeStyle = &surface.Operations;
+    surface.Record(Entry(DrawNewStroke));
+    return true;
+}
+
+bool PlatformNewTextFormat(MDrawSurface& surface) {
+    surface.TextFormat = &surface.FontFamily;
+    MDrawOperation entry = Entry(DrawNewFormat);
+    entry.Font = surface.FontFamily;
+    entry.Size = surface.FontSize;
+    entry.Weight = surface.FontWeight;
+    entry.Horizontal = surface.FontHorizontal;
+    entry.Vertical = surface.FontVertical;
+    entry.Wrap = surface.FontWrap;
+    surface.Record(entry);
+    return true;
+}
+
+// ---- Drawing
+
+static MDrawOperation Drawn(const MDrawSurface& surface, int32_t kind) {
+    MDrawOperation entry = Entry(kind);
+    entry.Colour = surface.BrushColour;
+    return entry;
+}
+
+void PlatformLine(MDrawSurface& surface, MPoint2 from, MPoint2 to, float width) {
+    MDrawOperation entry = Drawn(surface, DrawLineKind);
+    entry.X1 = from.x;
+    entry.Y1 = from.y;
+    entry.X2 = to.x;
+    entry.Y2 = to.y;
+    entry.Width = width;
+    surface.Record(entry);
+}
+
+void PlatformRectangle(MDrawSurface& surface, int32_t left, int32_t top, int32_t right,
+                       int32_t bottom) {
+    MDrawOperation entry = Drawn(surface, DrawRectangleKind);
+    entry.X1 = float(left);
+    entry.Y1 = float(top);
+    entry.X2 = float(right);
+    entry.Y2 = float(bottom);
+    entry.Filled = true;
+    surface.Record(entry);
+}
+
+void PlatformCircle(MDrawSurface& surface, MPoint2 centre, float radius, bool filled, float width) {
+    MDrawOperation entry = Drawn(surface, DrawCircleKind);
+    entry.X1 = centre.x;
+    entry.Y1 = centre.y;
+    entry.Radius = radius;
+    entry.Filled = filled;
+    entry.Width = width;
+    surface.Record(entry);
+}
+
+void PlatformSquare(MDrawSurface& surface, MPoint2 centre, float radius, float startAngle,
+                    bool filled, float width) {
+    MDrawOperation entry = Drawn(surface, DrawSquareKind);
+    entry.X1 = centre.x;
+    entry.Y1 = centre.y;
+    entry.Radius = radius;
+    entry.Angle = startAngle;
+    entry.Filled = filled;
+    entry.Width = width;
+    surface.Record(entry);
+}
+
+void PlatformText(MDrawSurface& surface, int32_t left, int32_t top, int32_t right, int32_t bottom,
+                  const MString& text, bool clip) {
+    MDrawOperation entry = Drawn(surface, DrawTextKind);
+    entry.X1 = float(left);
+    entry.Y1 = float(top);
+    entry.X2 = float(right);
+    entry.Y2 = float(bottom);
+    entry.Text = text;
+    entry.Font = surface.FontFamily;
+    entry.Size = surface.FontSize;
+    entry.Horizontal = surface.FontHorizontal;
+    entry.Vertical = surface.FontVertical;
+    entry.Clip = clip;
+    surface.Record(entry);
+}
+
+void PlatformBitmap(MDrawSurface& surface, void* source, const MDrawRect& destination) {
+    MDrawOperation entry = Entry(DrawBitmapKind);
+    entry.X1 = destination.left;
+    entry.Y1 = destination.top;
+    entry.X2 = destination.right;
+    entry.Y2 = destination.bottom;
+    SurfaceBitmapSize(source, entry.SourceWidth, entry.SourceHeight);
+    surface.Record(entry);
+}
+
+// ---- Surface bitmaps: a premultiplied copy of the picture stands for the
+// platform's bitmap.
+
+void* MakeSurfaceBitmap(const MPicture& picture) {
+    if (!picture.IsUsable()) return nullptr;
+    MPicture* copy = new (std::nothrow) MPicture;
+    if (!copy) return nullptr;
+    if (!PremultipliedCopy(picture, *copy)) {
+        delete copy;
+        return nullptr;
+    }
+    return copy;
+}
+
+void ReleaseSurfaceBitmap(void* bitmap) {
+    delete static_cast<MPicture*>(bitmap);
+}
+
+bool SurfaceBitmapSize(void* bitmap, int32_t& width, int32_t& height) {
+    width = 0;
+    height = 0;
+    if (!bitmap) return false;
+    const MPicture* picture = static_cast<const MPicture*>(bitmap);
+    width = int32_t(picture->Width);
+    height = picture->Height;
+    return true;
 }

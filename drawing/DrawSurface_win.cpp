@@ -1,23 +1,85 @@
-// The drawing surface on Direct2D: a factory and a window render target over
-// the client area.
+// The drawing surface on Direct2D and DirectWrite: factories, a window or
+// device-context render target, and the one brush, stroke style and text
+// format that the shared rules of DrawSurface.cpp keep in place.
 
+#include "drawing/DrawSurfacePlatform.h"
 #include "drawing/MDrawSurface.h"
+#include "drawing/MPicture.h"
+
+#include <windows.h>
 
 #include <d2d1.h>
-#include <windows.h>
+#include <dwrite.h>
+#include <wincodec.h>
+
+#undef DrawText
+
+// ---- Access to the opaque fields
 
 static ID2D1Factory* FactoryOf(const MDrawSurface& surface) {
     return static_cast<ID2D1Factory*>(surface.Factory);
 }
-static ID2D1HwndRenderTarget* TargetOf(const MDrawSurface& surface) {
-    return static_cast<ID2D1HwndRenderTarget*>(surface.HwndTarget);
+static IDWriteFactory* WriteFactoryOf(const MDrawSurface& surface) {
+    return static_cast<IDWriteFactory*>(surface.WriteFactory);
+}
+// The window target or the DC target, whichever the surface was made with.
+static ID2D1RenderTarget* TargetOf(const MDrawSurface& surface) {
+    if (surface.HwndTarget) return static_cast<ID2D1HwndRenderTarget*>(surface.HwndTarget);
+    return static_cast<ID2D1DCRenderTarget*>(surface.DcTarget);
+}
+static ID2D1SolidColorBrush* BrushOf(const MDrawSurface& surface) {
+    return static_cast<ID2D1SolidColorBrush*>(surface.Brush);
+}
+static IDWriteTextFormat* TextFormatOf(const MDrawSurface& surface) {
+    return static_cast<IDWriteTextFormat*>(surface.TextFormat);
 }
 
-// The factory is made anew with each surface: a surface is remade only when
-// the window's size changes, so nothing is gained by sharing it.
+template <typename T> static void ReleaseField(void*& field) {
+    if (field) static_cast<T*>(field)->Release();
+    field = nullptr;
+}
+
+static const wchar_t* Wide(const MString& text) {
+    return reinterpret_cast<const wchar_t*>(text.Chars());
+}
+
+static D2D1_COLOR_F ColourValue(MColour colour) {
+    D2D1_COLOR_F value;
+    value.r = ColourChannel(colour.r);
+    value.g = ColourChannel(colour.g);
+    value.b = ColourChannel(colour.b);
+    value.a = ColourChannel(colour.a);
+    return value;
+}
+
+// ---- Creation
+
+// Both factories are made anew with each surface: a surface is remade only
+// when the window's size changes, so nothing is gained by sharing them.
+static bool CreateFactories(MDrawSurface& surface) {
+    ID2D1Factory* factory = nullptr;
+    if (FAILED(D2D1CreateFactory(D2D1_FACTORY_TYPE_SINGLE_THREADED, __uuidof(ID2D1Factory), nullptr,
+                                 reinterpret_cast<void**>(&factory))))
+        return false;
+    surface.Factory = factory;
+    IDWriteFactory* writeFactory = nullptr;
+    if (FAILED(DWriteCreateFactory(DWRITE_FACTORY_TYPE_SHARED, __uuidof(IDWriteFactory),
+                                   reinterpret_cast<IUnknown**>(&writeFactory))))
+        return false;
+    surface.WriteFactory = writeFactory;
+    return true;
+}
+
+static void Count(MDrawSurface& surface) {
+    if (surface.Counted) return;
+    surface.Counted = true;
+    TheSurfaceCount++;
+}
+
 void MDrawSurface::CreateForWindow(void* window) {
     Valid = false;
     Scale = 1;
+    Count(*this);
     HWND handle = static_cast<HWND>(window);
     RECT client = {};
     if (!handle || !GetClientRect(handle, &client)) return;
@@ -26,12 +88,7 @@ void MDrawSurface::CreateForWindow(void* window) {
     Right = client.right;
     Bottom = client.bottom;
     if (Right - Left < 1 || Bottom - Top < 1) return;
-
-    ID2D1Factory* factory = nullptr;
-    if (FAILED(D2D1CreateFactory(D2D1_FACTORY_TYPE_SINGLE_THREADED, __uuidof(ID2D1Factory), nullptr,
-                                 reinterpret_cast<void**>(&factory))))
-        return;
-    Factory = factory;
+    if (!CreateFactories(*this)) return;
 
     D2D1_RENDER_TARGET_PROPERTIES properties = {};
     properties.type = D2D1_RENDER_TARGET_TYPE_DEFAULT;
@@ -45,22 +102,57 @@ void MDrawSurface::CreateForWindow(void* window) {
     windowProperties.pixelSize.height = static_cast<UINT32>(Bottom - Top);
     windowProperties.presentOptions = D2D1_PRESENT_OPTIONS_NONE;
     ID2D1HwndRenderTarget* target = nullptr;
-    if (FAILED(factory->CreateHwndRenderTarget(&properties, &windowProperties, &target))) return;
+    if (FAILED(FactoryOf(*this)->CreateHwndRenderTarget(&properties, &windowProperties, &target)))
+        return;
     HwndTarget = target;
+    Valid = true;
+}
+
+void MDrawSurface::CreateForDc(void* dc, const WRect& rectangle) {
+    Valid = false;
+    Scale = 1;
+    Count(*this);
+    Left = rectangle.left;
+    Top = rectangle.top;
+    Right = rectangle.right;
+    Bottom = rectangle.bottom;
+    if (!dc || Right - Left < 1 || Bottom - Top < 1) return;
+    if (!CreateFactories(*this)) return;
+
+    D2D1_RENDER_TARGET_PROPERTIES properties = {};
+    properties.type = D2D1_RENDER_TARGET_TYPE_DEFAULT;
+    properties.pixelFormat.format = DXGI_FORMAT_B8G8R8A8_UNORM;
+    properties.pixelFormat.alphaMode = D2D1_ALPHA_MODE_IGNORE;
+    properties.usage = D2D1_RENDER_TARGET_USAGE_NONE;
+    properties.minLevel = D2D1_FEATURE_LEVEL_DEFAULT;
+    ID2D1DCRenderTarget* target = nullptr;
+    if (FAILED(FactoryOf(*this)->CreateDCRenderTarget(&properties, &target))) return;
+    DcTarget = target;
+    RECT bound = {Left, Top, Right, Bottom};
+    if (FAILED(target->BindDC(static_cast<HDC>(dc), &bound))) return;
     Valid = true;
 }
 
 void MDrawSurface::Release() {
     Valid = false;
-    if (ID2D1HwndRenderTarget* target = TargetOf(*this)) target->Release();
-    HwndTarget = nullptr;
-    if (ID2D1Factory* factory = FactoryOf(*this)) factory->Release();
-    Factory = nullptr;
+    ReleaseField<IDWriteTextFormat>(TextFormat);
+    ReleaseField<ID2D1StrokeStyle>(StrokeStyle);
+    ReleaseField<ID2D1SolidColorBrush>(Brush);
+    ReleaseField<ID2D1HwndRenderTarget>(HwndTarget);
+    ReleaseField<ID2D1DCRenderTarget>(DcTarget);
+    ReleaseField<IDWriteFactory>(WriteFactory);
+    ReleaseField<ID2D1Factory>(Factory);
+    if (Counted) {
+        Counted = false;
+        TheSurfaceCount--;
+    }
 }
+
+// ---- Drawing
 
 bool MDrawSurface::Begin() {
     if (!Valid) return false;
-    ID2D1HwndRenderTarget* target = TargetOf(*this);
+    ID2D1RenderTarget* target = TargetOf(*this);
     target->BeginDraw();
     D2D1_MATRIX_3X2_F identity = {1, 0, 0, 1, 0, 0};
     target->SetTransform(&identity);
@@ -74,7 +166,159 @@ void MDrawSurface::End() {
 
 void MDrawSurface::Clear(MColour colour) {
     if (!Valid) return;
-    D2D1_COLOR_F value = {ColourChannel(colour.r), ColourChannel(colour.g), ColourChannel(colour.b),
-                          ColourChannel(colour.a)};
+    D2D1_COLOR_F value = ColourValue(colour);
     TargetOf(*this)->Clear(&value);
+}
+
+bool PlatformNewBrush(MDrawSurface& surface, MColour colour) {
+    ReleaseField<ID2D1SolidColorBrush>(surface.Brush);
+    D2D1_COLOR_F value = ColourValue(colour);
+    ID2D1SolidColorBrush* brush = nullptr;
+    if (FAILED(TargetOf(surface)->CreateSolidColorBrush(&value, nullptr, &brush))) return false;
+    surface.Brush = brush;
+    return true;
+}
+
+bool PlatformNewStrokeStyle(MDrawSurface& surface) {
+    D2D1_STROKE_STYLE_PROPERTIES properties = {};
+    properties.startCap = D2D1_CAP_STYLE_ROUND;
+    properties.endCap = D2D1_CAP_STYLE_ROUND;
+    properties.dashCap = D2D1_CAP_STYLE_FLAT;
+    properties.lineJoin = D2D1_LINE_JOIN_MITER;
+    properties.miterLimit = 10;
+    properties.dashStyle = D2D1_DASH_STYLE_SOLID;
+    properties.dashOffset = 0;
+    ID2D1StrokeStyle* style = nullptr;
+    if (FAILED(FactoryOf(surface)->CreateStrokeStyle(&properties, nullptr, 0, &style)))
+        return false;
+    surface.StrokeStyle = style;
+    return true;
+}
+
+bool PlatformNewTextFormat(MDrawSurface& surface) {
+    ReleaseField<IDWriteTextFormat>(surface.TextFormat);
+    IDWriteTextFormat* format = nullptr;
+    if (FAILED(WriteFactoryOf(surface)->CreateTextFormat(
+            Wide(surface.FontFamily), nullptr, DWRITE_FONT_WEIGHT(surface.FontWeight),
+            surface.FontItalic ? DWRITE_FONT_STYLE_ITALIC : DWRITE_FONT_STYLE_NORMAL,
+            DWRITE_FONT_STRETCH_NORMAL, float(surface.FontSize), L"", &format)))
+        return false;
+    surface.TextFormat = format;
+    format->SetTextAlignment(surface.FontHorizontal == 0   ? DWRITE_TEXT_ALIGNMENT_CENTER
+                             : surface.FontHorizontal == 1 ? DWRITE_TEXT_ALIGNMENT_TRAILING
+                                                           : DWRITE_TEXT_ALIGNMENT_LEADING);
+    format->SetParagraphAlignment(surface.FontVertical == 0   ? DWRITE_PARAGRAPH_ALIGNMENT_CENTER
+                                  : surface.FontVertical == 1 ? DWRITE_PARAGRAPH_ALIGNMENT_FAR
+                                                              : DWRITE_PARAGRAPH_ALIGNMENT_NEAR);
+    format->SetWordWrapping(surface.FontWrap ? DWRITE_WORD_WRAPPING_WRAP
+                                             : DWRITE_WORD_WRAPPING_NO_WRAP);
+    return true;
+}
+
+void PlatformLine(MDrawSurface& surface, MPoint2 from, MPoint2 to, float width) {
+    TargetOf(surface)->DrawLine(D2D1_POINT_2F{from.x, from.y}, D2D1_POINT_2F{to.x, to.y},
+                                BrushOf(surface), width,
+                                static_cast<ID2D1StrokeStyle*>(surface.StrokeStyle));
+}
+
+// A closed figure of the given corners; filled with the winding rule, or
+// stroked with the width and no stroke style.
+static void DrawFigure(MDrawSurface& surface, const D2D1_POINT_2F* corners, int32_t count,
+                       bool filled, float width) {
+    ID2D1PathGeometry* geometry = nullptr;
+    if (FAILED(FactoryOf(surface)->CreatePathGeometry(&geometry))) return;
+    ID2D1GeometrySink* sink = nullptr;
+    if (SUCCEEDED(geometry->Open(&sink))) {
+        sink->SetFillMode(D2D1_FILL_MODE_WINDING);
+        sink->BeginFigure(corners[0], D2D1_FIGURE_BEGIN_FILLED);
+        for (int32_t i = 1; i < count; i++)
+            sink->AddLine(corners[i]);
+        sink->EndFigure(D2D1_FIGURE_END_CLOSED);
+        bool closed = SUCCEEDED(sink->Close());
+        sink->Release();
+        if (closed) {
+            if (filled)
+                TargetOf(surface)->FillGeometry(geometry, BrushOf(surface), nullptr);
+            else
+                TargetOf(surface)->DrawGeometry(geometry, BrushOf(surface), width, nullptr);
+        }
+    }
+    geometry->Release();
+}
+
+void PlatformRectangle(MDrawSurface& surface, int32_t left, int32_t top, int32_t right,
+                       int32_t bottom) {
+    D2D1_POINT_2F corners[4] = {{float(left), float(top)},
+                                {float(right), float(top)},
+                                {float(right), float(bottom)},
+                                {float(left), float(bottom)}};
+    DrawFigure(surface, corners, 4, true, 0);
+}
+
+// The ellipse calls give the circle of two arcs exactly; they are used
+// because Wine's path geometry draws no arcs.
+void PlatformCircle(MDrawSurface& surface, MPoint2 centre, float radius, bool filled, float width) {
+    D2D1_ELLIPSE ellipse = {{centre.x, centre.y}, radius, radius};
+    if (filled)
+        TargetOf(surface)->FillEllipse(&ellipse, BrushOf(surface));
+    else
+        TargetOf(surface)->DrawEllipse(&ellipse, BrushOf(surface), width, nullptr);
+}
+
+void PlatformSquare(MDrawSurface& surface, MPoint2 centre, float radius, float startAngle,
+                    bool filled, float width) {
+    MPoint2 points[4];
+    SquareCorners(centre, radius, startAngle, points);
+    D2D1_POINT_2F corners[4];
+    for (int32_t k = 0; k < 4; k++)
+        corners[k] = D2D1_POINT_2F{points[k].x, points[k].y};
+    DrawFigure(surface, corners, 4, filled, width);
+}
+
+void PlatformText(MDrawSurface& surface, int32_t left, int32_t top, int32_t right, int32_t bottom,
+                  const MString& text, bool clip) {
+    IDWriteTextLayout* layout = nullptr;
+    if (FAILED(WriteFactoryOf(surface)->CreateTextLayout(Wide(text), UINT32(text.Length),
+                                                         TextFormatOf(surface), float(right - left),
+                                                         float(bottom - top), &layout)))
+        return;
+    TargetOf(surface)->DrawTextLayout(
+        D2D1_POINT_2F{float(left), float(top)}, layout, BrushOf(surface),
+        clip ? D2D1_DRAW_TEXT_OPTIONS_CLIP : D2D1_DRAW_TEXT_OPTIONS_NONE);
+    layout->Release();
+}
+
+// No bitmap is cached: every drawing uploads the picture anew, which is why
+// the background picture keeps its WIC bitmap ready.
+void PlatformBitmap(MDrawSurface& surface, void* source, const MDrawRect& destination) {
+    ID2D1Bitmap* bitmap = nullptr;
+    if (FAILED(TargetOf(surface)->CreateBitmapFromWicBitmap(static_cast<IWICBitmapSource*>(source),
+                                                            nullptr, &bitmap)))
+        return;
+    D2D1_RECT_F rectangle = {destination.left, destination.top, destination.right,
+                             destination.bottom};
+    TargetOf(surface)->DrawBitmap(bitmap, &rectangle, 1.0f, D2D1_BITMAP_INTERPOLATION_MODE_LINEAR,
+                                  nullptr);
+    bitmap->Release();
+}
+
+// ---- Surface bitmaps: WIC bitmaps of premultiplied blue, green, red, alpha.
+
+void* MakeSurfaceBitmap(const MPicture& picture) {
+    return picture.ToWicBitmap();
+}
+
+void ReleaseSurfaceBitmap(void* bitmap) {
+    if (bitmap) static_cast<IWICBitmapSource*>(bitmap)->Release();
+}
+
+bool SurfaceBitmapSize(void* bitmap, int32_t& width, int32_t& height) {
+    width = 0;
+    height = 0;
+    if (!bitmap) return false;
+    UINT w = 0, h = 0;
+    if (FAILED(static_cast<IWICBitmapSource*>(bitmap)->GetSize(&w, &h))) return false;
+    width = int32_t(w);
+    height = int32_t(h);
+    return true;
 }

@@ -5,6 +5,7 @@
 #include "shell/Shell.h"
 #include "shell/WSettings.h"
 #include "shell/Window.h"
+#include "view/Scene.h"
 #include "view/WView.h"
 
 #include <new>
@@ -54,7 +55,6 @@ void DrawFrame() {
     if (!TheSurface && !CreateSurface(width, height)) return;
     if (!TheSurface->Begin()) return;
     TheSurface->Clear(TheSettings ? TheSettings->ColourBackground : DefaultBackground);
-    // The scene follows here: background picture, view decorations, sketch,
-    // running stroke.
+    DrawScene(*TheSurface);
     TheSurface->End();
 }
