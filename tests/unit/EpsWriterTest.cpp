@@ -1,6 +1,7 @@
 // The EPS writer: header and trailer, every form of the path lines, the text
 // of a whole sketch, and SaveEps with its clean-up, refusals and file.
 
+#include "ScratchFolder.h"
 #include "SketchTestSupport.h"
 
 #include "eps/EpsWriter.h"
@@ -37,9 +38,7 @@ std::string Ascii(const MString& text) {
 }
 
 fs::path Folder() {
-    fs::path folder = fs::temp_directory_path() / "quillmere-epswriter-test";
-    fs::create_directories(folder);
-    return folder;
+    return scratch::Kept("eps-writer");
 }
 
 // A path in the test folder with no file behind it.

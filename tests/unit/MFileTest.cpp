@@ -2,6 +2,8 @@
 
 #include "foundation/MFile.h"
 
+#include "ScratchFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,9 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path TestFolder() {
-    fs::path folder = fs::temp_directory_path() / "quillmere-mfile-test";
-    fs::create_directories(folder);
-    return folder;
+    return scratch::Kept("mfile");
 }
 
 // A fresh path in the folder of this test; the file does not exist.

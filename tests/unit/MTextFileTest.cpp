@@ -3,6 +3,8 @@
 
 #include "foundation/MTextFile.h"
 
+#include "ScratchFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,9 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path FreshPath(const fs::path& name) {
-    fs::path folder = fs::temp_directory_path() / "quillmere-mtextfile-test";
-    fs::create_directories(folder);
-    fs::path path = folder / name;
+    fs::path path = scratch::Kept("mtextfile") / name;
     std::error_code ignored;
     fs::remove(path, ignored);
     return path;

@@ -3,6 +3,7 @@
 // with the pixels their makers decode from them, and comparisons of a loaded
 // picture with those pixels.
 
+#include "ScratchFolder.h"
 #include "drawing/MPicture.h"
 #include "foundation/MString.h"
 
@@ -41,9 +42,9 @@ inline void WriteBytes(const std::string& path, const std::vector<uint8_t>& byte
     out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
 }
 
-// A scratch file name in the build folder, for saving.
+// A scratch file name in the test process's own folder, for saving.
 inline std::string ScratchPath(const std::string& name) {
-    return std::string(TEST_BINARY_DIR) + "/picture-test-" + name;
+    return (scratch::Kept("pictures") / name).string();
 }
 
 // Compares every pixel, read as blue, green, red, alpha by ReadPixel, with

@@ -1,7 +1,10 @@
 #pragma once
-// Scratch folders for the tests of folders, prompts and settings: one tree
-// per test process, so that parallel runs of the suite never meet, removed
-// and made afresh for each test that asks.
+// Scratch folders of the tests: one tree per test process, named with the
+// process id, so that test processes running at once (ctest -j, two build
+// folders) never meet in the temporary folder. A test either asks for a
+// folder made afresh (Fresh, removed again by Remove) or for a folder that
+// lasts while the process runs (Kept); the whole tree goes when the test
+// program ends.
 
 #include "foundation/Folders.h"
 #include "foundation/MString.h"
@@ -30,11 +33,35 @@ inline fs::path Root() {
     return fs::temp_directory_path() / ("quillmere-unit-" + std::to_string(pid));
 }
 
+// Removes the process's tree at the end of the test program, whatever its
+// tests left in it.
+struct RootRemover {
+    ~RootRemover() {
+        std::error_code ignored;
+        fs::remove_all(Root(), ignored);
+    }
+};
+
+inline void RemoveRootAtExit() {
+    static RootRemover remover; // one for the program: the function is inline
+    (void)remover;
+}
+
 // An empty folder of the given name below the process's root.
 inline fs::path Fresh(const std::string& name) {
+    RemoveRootAtExit();
     fs::path folder = Root() / name;
     std::error_code ignored;
     fs::remove_all(folder, ignored);
+    fs::create_directories(folder);
+    return folder;
+}
+
+// A folder of the given name below the process's root, made if missing and
+// kept, with what it holds, until the test program ends.
+inline fs::path Kept(const std::string& name) {
+    RemoveRootAtExit();
+    fs::path folder = Root() / name;
     fs::create_directories(folder);
     return folder;
 }
