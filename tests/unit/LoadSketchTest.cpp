@@ -3,6 +3,7 @@
 // Close, the messages, the undo ring, round trips through the writer, and
 // files written by cairo and potrace.
 
+#include "ScratchFolder.h"
 #include "SketchTestSupport.h"
 
 #include "elements/WElement.h"
@@ -34,9 +35,7 @@ fs::path Rooted(std::string folder) {
 }
 
 fs::path Folder() {
-    fs::path folder = Rooted(TEST_BINARY_DIR) / "load-sketch-test";
-    fs::create_directories(folder);
-    return folder;
+    return scratch::Kept("load-sketch");
 }
 
 MString PathText(const fs::path& path) {
