@@ -46,7 +46,7 @@ MString StopDebugCapture() {
     return result;
 }
 
-// With a script set, the box is not shown: the text and icon are recorded
+// With a script set, the box is not shown: text, icon and buttons are recorded
 // while the script has room, and the answer is the one scripted for this
 // message by its position (AnswerOk once the answers run out).
 MessageAnswer ShowMessage(const MString& text, MessageIcon icon, MessageButtons buttons) {
@@ -56,6 +56,7 @@ MessageAnswer ShowMessage(const MString& text, MessageIcon icon, MessageButtons 
     if (index < script->Capacity) {
         if (script->Texts) script->Texts[index] = text;
         if (script->Icons) script->Icons[index] = icon;
+        if (script->Buttons) script->Buttons[index] = buttons;
     }
     if (script->Answers && index < script->AnswerCount) return script->Answers[index];
     return AnswerOk;

@@ -26,13 +26,14 @@ enum MessageAnswer { AnswerOk = 1, AnswerCancel = 2, AnswerYes = 6, AnswerNo = 7
 MessageAnswer ShowMessage(const MString& text, MessageIcon icon,
                           MessageButtons buttons = ButtonsOk);
 
-// A test script for message boxes: while set, ShowMessage records each text
-// and icon and returns the next scripted answer (AnswerOk when none is left)
-// instead of asking anybody.
+// A test script for message boxes: while set, ShowMessage records each text,
+// icon and set of buttons and returns the next scripted answer (AnswerOk when
+// none is left) instead of asking anybody.
 struct MessageScript {
-    int32_t Count = 0;            // messages shown so far
-    MString* Texts = nullptr;     // owned by the script's user, room for Capacity
-    MessageIcon* Icons = nullptr; // same
+    int32_t Count = 0;                 // messages shown so far
+    MString* Texts = nullptr;          // owned by the script's user, room for Capacity
+    MessageIcon* Icons = nullptr;      // same
+    MessageButtons* Buttons = nullptr; // same; may stay null
     int32_t Capacity = 0;
     const MessageAnswer* Answers = nullptr; // next answers, in order
     int32_t AnswerCount = 0;

@@ -28,16 +28,18 @@ WSketchPoint AlongX(uint8_t kind, float x, MPoint3 roll) {
     return Rec(kind, P3(x, 0, 0), P3(x - 1, 0, 0), P3(x + 1, 0, 0), roll);
 }
 
-// A scripted message box: records texts and icons, answers in order.
+// A scripted message box: records texts, icons and buttons, answers in order.
 struct Script {
     MString Texts[4];
     MessageIcon Icons[4] = {};
+    MessageButtons Buttons[4] = {};
     MessageAnswer Answers[4] = {};
     MessageScript Data;
     explicit Script(MessageAnswer answer) {
         Answers[0] = answer;
         Data.Texts = Texts;
         Data.Icons = Icons;
+        Data.Buttons = Buttons;
         Data.Capacity = 4;
         Data.Answers = Answers;
         Data.AnswerCount = 1;
@@ -435,6 +437,7 @@ TEST_F(SketchOperations, MakeFlatOfAFlatSketchOnlySaysSo) {
     ASSERT_EQ(script.Data.Count, 1);
     EXPECT_EQ(Text(script.Texts[0]), u"The sketch is already 2D!");
     EXPECT_EQ(script.Icons[0], IconInformation);
+    EXPECT_EQ(script.Buttons[0], ButtonsOk);
     EXPECT_TRUE(SameBits(s.Points[0].Position, P3(0, 0, 2)));
     EXPECT_EQ(s.Modified, 0);
 }
@@ -454,6 +457,7 @@ TEST_F(SketchOperations, MakeFlatAnsweredNoOrCancelLeavesAll) {
         ASSERT_EQ(script.Data.Count, 1);
         EXPECT_EQ(Text(script.Texts[0]), u"Are you sure you want to make your sketch 2D?");
         EXPECT_EQ(script.Icons[0], IconQuestion);
+        EXPECT_EQ(script.Buttons[0], ButtonsYesNoCancel);
         ASSERT_EQ(s.PointCount, 3);
         for (int32_t i = 0; i < 3; i++)
             EXPECT_TRUE(SameRecordBits(s.Points[i], records[size_t(i)])) << i;
