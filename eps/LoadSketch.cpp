@@ -112,10 +112,12 @@ bool LoadEpsRecords(WSketch& sketch, WSettings& settings, const MEpsPath& eps,
 // ---- Track file branch
 
 // A start point heading h degrees from +Z about the y axis, with handles of
-// length 10 along the heading and the roll across it.
+// length 10 along the heading and the roll across it. The degree factor is
+// the single-precision one of the elements, so that a heading of 90 is the
+// elements' own quarter turn, 1.5707964.
 void AddTrackStart(WSketch& sketch, const MTextFile& file) {
     MPoint3 position{Number(file, 1), Number(file, 2), Number(file, 3)};
-    float h = float(double(Number(file, 4)) * 0.017453292);
+    float h = Number(file, 4) * 0.017453292f;
     float s = std::sin(h), c = std::cos(h);
     MPoint3 d{10.0f * s, 0, 10.0f * c};
     WSketchPoint point;

@@ -795,7 +795,7 @@ TEST(EpsReaderMalformed, GarbageAndLongLinesEndQuietly) {
     EXPECT_FALSE(path.HasRoll);
     EXPECT_FALSE(path.ThreeD);
     MEpsPath behind = Read(garbage + "\n0 0 moveto\n10 5 lineto\n");
-    EXPECT_EQ(Kinds(behind), "14");
+    ASSERT_EQ(Kinds(behind), "14");
     EXPECT_TRUE(Same(behind.Records[1].PointA, P3(10, 5, 0)));
 
     std::string tokens;

@@ -560,9 +560,10 @@ TEST_F(LoadSketchTest, FlatSketchSavedIn2DComesBackAtDepthZero) {
 
 namespace {
 
-// The start point a "Move" line gives, as the loader is to build it.
+// The start point a "Move" line gives, as the loader is to build it: the
+// heading times the single-precision degree factor, in floats.
 WSketchPoint TrackStart(float x, float y, float z, float degrees) {
-    float h = float(double(degrees) * 0.017453292);
+    float h = degrees * 0.017453292f;
     MPoint3 d{10.0f * std::sin(h), 0, 10.0f * std::cos(h)};
     WSketchPoint point;
     point.Position = P3(x, y, z);
@@ -649,6 +650,14 @@ TEST_F(LoadSketchTest, TrackMoveHeadings) {
     EXPECT_TRUE(Near(last.HandleIn, P3(40, 0, 0), 1e-5f));
     EXPECT_TRUE(Near(last.HandleOut, P3(60, 0, 0), 1e-5f));
     EXPECT_TRUE(Near(last.Roll, P3(0, 0, -1), 1e-5f));
+    // Exactly: 90 * 0.017453292 in floats is 1.5707964, the float next to
+    // pi/2, which lies 4.3711390e-8 beyond it; so sin h is 1 and cos h is
+    // -4.3711388e-8, and D = (10, 0, -4.3711388e-7). A factor taken in
+    // double would give 1.5707963, short of pi/2, and a z of the other sign.
+    EXPECT_EQ(last.HandleIn.x, 40.0f);
+    EXPECT_EQ(last.HandleOut.x, 60.0f);
+    EXPECT_NEAR(last.HandleIn.z, 4.3711388e-7, 1e-13);
+    EXPECT_NEAR(last.HandleOut.z, -4.3711388e-7, 1e-13);
 }
 
 TEST_F(LoadSketchTest, TrackStartPointIsBuiltFromTheHeading) {
@@ -664,7 +673,7 @@ TEST_F(LoadSketchTest, TrackStartPointIsBuiltFromTheHeading) {
         const WSketchPoint& got = TheSketch->Points[0];
         EXPECT_TRUE(Near(got.Position, want.Position, 0));
         EXPECT_EQ(got.Kind, KindMove);
-        float h = float(double(degrees) * 0.017453292);
+        float h = degrees * 0.017453292f;
         // The direction of travel is (sin h, 0, cos h).
         MPoint3 out = got.HandleOut - got.Position;
         Normalize3(out);
