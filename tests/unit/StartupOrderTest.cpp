@@ -317,4 +317,33 @@ TEST_F(StartupOrder, SketchFileOnTheCommandLineIsOpenedAfterAFrameSizedTheView) 
     TheMainWindow = nullptr;
     SetMainClientSize(0, 0);
 }
+
+// The file is fitted to the window it will be seen in: a line from (0, 0) to
+// (100, 30), kept where it is, gives the pivot (50, 15, 0), and for 640 by
+// 480 pixels r = max(100 / 640, 30 / 480) = 0.15625, so the zoom is
+// 0.15625 * 1.5 = 0.234375. Had the load come before the first frame, the
+// view would have had no size to fit to and kept the zoom 0.2 of its reset.
+TEST_F(StartupOrder, SketchOnTheCommandLineIsFittedToTheRealViewport) {
+    static int window;
+    TheMainWindow = &window;
+    SetMainClientSize(640, 480);
+    ASSERT_TRUE(StartSettings());
+    ASSERT_EQ(CreateModelObjects(), 0);
+    EnterStartMode();
+    scratch::fs::path file = Folder / "sketch.eps";
+    scratch::WriteBytes(file, "%%Cinderlane Centre N\r\n%%Cinderlane Scale N\r\n"
+                              "0 0 moveto\r\n100 30 lineto\r\n");
+    OpenStartFile(scratch::Text(file));
+    ASSERT_EQ(TheSketch->PointCount, 2);
+    EXPECT_EQ(TheView->ViewportWidth, 640.0f);
+    EXPECT_EQ(TheView->ViewportHeight, 480.0f);
+    EXPECT_EQ(TheView->Pivot.x, 50.0f);
+    EXPECT_EQ(TheView->Pivot.y, 15.0f);
+    EXPECT_EQ(TheView->Pivot.z, 0.0f);
+    EXPECT_EQ(TheView->Zoom, 0.234375f);
+    EXPECT_EQ(TheMode, ModeEditSketch);
+    DestroySurface();
+    TheMainWindow = nullptr;
+    SetMainClientSize(0, 0);
+}
 #endif
