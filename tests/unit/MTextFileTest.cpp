@@ -247,6 +247,33 @@ TEST(MTextFile, ManyLongTokensGrowTheirBuffers) {
     EXPECT_EQ(all, std::u16string(line.begin(), line.end()) + u":" + expected + u"\nz:z\n");
 }
 
+// The token array grows by 5 tokens, each token's text by 10 characters and
+// the line buffers by 100 units, each growth by max(step, needed - Count): a
+// line of 7 tokens of 11 characters, 83 characters in all, leaves room for
+// 10 tokens of 20 characters each and a line of 100. A UTF-8 line of 150
+// bytes, stored byte by byte, leaves 200 bytes of room; its conversion needs
+// 151 units at once and gets exactly that.
+TEST(MTextFile, BuffersGrowInTheirOwnSteps) {
+    std::string line;
+    for (int i = 0; i < 7; i++)
+        line += (i ? " " : "") + std::string(11, char('a' + i));
+    ASSERT_EQ(line.size(), 83u);
+    MTextFile file(line.data(), int32_t(line.size()));
+    ASSERT_TRUE(file.ReadLine());
+    ASSERT_EQ(file.TokenCount(), 7);
+    EXPECT_EQ(file.Tokens.Items.Count, 10);
+    for (int32_t i = 0; i < 7; i++)
+        EXPECT_EQ(file.Tokens.Items[i].Count, 20) << i;
+    EXPECT_EQ(file.WideLine.Count, 100);
+    EXPECT_EQ(file.Tokens.Line.Count, 100);
+
+    std::string utf8 = MarkUtf8 + std::string(150, 'u');
+    MTextFile wide(utf8.data(), int32_t(utf8.size()));
+    ASSERT_TRUE(wide.ReadLine());
+    EXPECT_EQ(wide.ByteLine.Count, 200);
+    EXPECT_EQ(wide.WideLine.Count, 151);
+}
+
 // ---- Escapes
 
 TEST(MTextFile, EscapesAreDecodedInLinesAndTokens) {
