@@ -247,6 +247,44 @@ TEST_F(SketchOperations, ZeroSegmentsAreRemovedWithTheirHandles) {
     EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(0, 9, 0)));
 }
 
+// The steps run in their order: twins are made equal (step 3) before
+// segments of no length go (step 7). A closed curve whose end repeats the
+// point before it loses that end, and the point before, now the end, keeps
+// the handles it had: the twins meet again, unequal, until an edit through
+// SetPoint or the next clean-up makes them equal.
+TEST_F(SketchOperations, AZeroSegmentAtTheEndOfAClosedCurveGoesAfterTheTwinsWereMatched) {
+    WSketch& s = Load({Rec(KindMove, P3(0, 0, 0), P3(-1, 1, 0), P3(1, -1, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(10, 0, 0), P3(9, 2, 0), P3(11, -2, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(10, 10, 0), P3(9, 13, 0), P3(11, 7, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(0, 0, 0), P3(-1, 4, 0), P3(1, -4, 0), P3(0, 0, 1)),
+                       Rec(KindLine, P3(0, 0, 0), P3(-1, 5, 0), P3(1, -5, 0), P3(0, 0, 1))});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 4);
+    EXPECT_EQ(s.FindTwin(0), 3);
+    EXPECT_TRUE(SameBits(s.Points[0].HandleIn, P3(-1, 1, 0)));
+    EXPECT_TRUE(SameBits(s.Points[3].HandleIn, P3(-1, 4, 0)));
+    EXPECT_TRUE(SameBits(s.Points[3].HandleOut, P3(1, -4, 0)));
+    EXPECT_TRUE(s.CleanUp());
+    EXPECT_TRUE(SameBits(s.Points[3].HandleIn, P3(-1, 1, 0)));
+    EXPECT_TRUE(CheckInvariants(s));
+}
+
+// Likewise a last curve of a point and a segment of no length: the segment
+// goes in step 7, after the lone KindMove at the end was looked for in step
+// 4, so the sketch ends in a curve of one record.
+TEST_F(SketchOperations, AZeroSegmentOfTheLastCurveLeavesItsMoveAtTheEnd) {
+    WSketch& s = Load({Record(0, 0, 0, KindMove), Record(10, 0, 0, KindLine),
+                       Record(50, 50, 0, KindMove), Record(50, 50, 0, KindLine)});
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 3);
+    EXPECT_EQ(s.Points[2].Kind, KindMove);
+    EXPECT_TRUE(SameBits(s.Points[2].Position, P3(50, 50, 0)));
+    // The next clean-up finds it in step 1 and makes it a line from (10, 0).
+    EXPECT_TRUE(s.CleanUp());
+    ASSERT_EQ(s.PointCount, 3);
+    EXPECT_EQ(s.Points[2].Kind, KindLine);
+}
+
 TEST_F(SketchOperations, TwoIdenticalClosedCurvesEndAsOne) {
     std::vector<WSketchPoint> triangle = {Record(0, 0, 0, KindMove), Record(30, 0, 0, KindLine),
                                           Record(0, 30, 0, KindLine), Record(0, 0, 0, KindLine)};
