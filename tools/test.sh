@@ -18,11 +18,9 @@ run_suite() { # preset
   cmake --preset "$preset" >/dev/null || { status=1; failed=$((failed + 1)); return; }
   cmake --build --preset "$preset" -j "$jobs" || { status=1; failed=$((failed + 1)); return; }
   echo "== $preset: tests"
-  # The unit tests share scratch files in the temporary folder, so the
-  # native ones, each a process of its own, run one after the other.
-  local parallel=1
-  [ "$preset" = native ] || parallel=$jobs
-  ctest --preset "$preset" -j "$parallel" 2>&1 | tee "$log"
+  # Each test process keeps its scratch files in a folder named after its
+  # process id, so the native tests, each a process of its own, run at once.
+  ctest --preset "$preset" -j "$jobs" 2>&1 | tee "$log"
   [ "${PIPESTATUS[0]}" -eq 0 ] || status=1
   local line total fails
   line=$(grep -E 'tests passed, [0-9]+ tests? failed out of [0-9]+' "$log" | tail -n 1)
