@@ -6,6 +6,7 @@
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
+#include "shell/ToolWindows.h"
 #include "sketch/WUndoRing.h"
 
 WSketch* TheSketch = nullptr;
@@ -240,11 +241,13 @@ void WSketch::AddLinePoint(const MPoint3& position, const MPoint3& roll) {
 }
 
 // The ring decides whether the edit changed anything; only then is the
-// sketch dirty and the menu and title refreshed.
+// sketch dirty, the menu and title refreshed and the Point tool window, if
+// open, loaded anew.
 void WSketch::Commit() {
     if (!Undo) return;
     if (!Undo->Push(*this)) return;
     Modified = 1;
     RefreshMenu();
     RefreshTitle();
+    RefreshPointWindow();
 }
