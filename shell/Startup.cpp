@@ -4,6 +4,7 @@
 #include "shell/Frame.h"
 #include "shell/Shell.h"
 #include "shell/SketchFile.h"
+#include "shell/ToolWindows.h"
 #include "sketch/WRecording.h"
 #include "sketch/WSketch.h"
 #include "view/WView.h"
@@ -41,7 +42,7 @@ void EnterStartMode() {
     if (TheSketch) TheSketch->Current = -1;
     RefreshMenu();
     RefreshTitle();
-    // The Mode palette, once it exists, repaints its state here.
+    RefreshModePalette();
 }
 
 bool IsStartFile(const MString& argument) {
