@@ -21,8 +21,9 @@
 #   settings_text             the settings file as UTF-8 text
 #   settings_set KEY VALUES   rewrites one record, keeping UTF-16 LE and its mark
 #   windows_path FILE         the path as the program sees it
-#   shot NAME                 a screenshot NAME.png in the journey's folder
-#   expect_screen_changed A B WHAT   screenshots A and B differ visibly
+#   shot NAME                 a screenshot NAME.png in the journey's folder,
+#                             once the frames have caught up
+#   expect_screen_change A B WHAT  shot B once the screen differs from shot A
 #
 # Window pixels are those of the main window's X window. Without a window
 # manager Wine gives that window no caption or borders: its origin is the
@@ -340,28 +341,51 @@ type_text() { # text
   pause_step
 }
 
+# A screenshot for a person to look at, taken once the frames have caught up
+# with the last message: two shots 0.5 s apart alike, or after 5 s.
 shot() { # name
+  local until=$((SECONDS + 5))
   import -window root "$OUT/$1.png" || fail "screenshot failed"
+  while [ "$SECONDS" -le "$until" ]; do
+    sleep 0.5
+    import -window root "$OUT/$1-next.png" || fail "screenshot failed"
+    [ "$(changed_pixels "$1" "$1-next")" = "0" ] && break
+    mv "$OUT/$1-next.png" "$OUT/$1.png"
+  done
+  rm -f "$OUT/$1-next.png"
   echo "screenshot: $OUT/$1.png"
 }
 
-# Fails unless two screenshots of the journey differ in more than 1000
-# pixels (beyond 10 % of the channel range): a view gesture reached the
-# program and the frame shows it.
-expect_screen_changed() { # name-before name-after what
-  local count
-  count=$(compare -metric AE -fuzz 10% "$OUT/$1.png" "$OUT/$2.png" null: 2>&1 | cut -d' ' -f1)
-  echo "$3: $count pixels changed"
-  awk -v n="${count:-0}" 'BEGIN { exit !(n + 0 > 1000) }' || fail "$3 left the screen as it was ($2.png against $1.png)"
+# Pixels that differ between two screenshots of the journey, beyond 10 % of
+# the channel range.
+changed_pixels() { # name-a name-b
+  compare -metric AE -fuzz 10% "$OUT/$1.png" "$OUT/$2.png" null: 2>&1 | cut -d' ' -f1
+}
+
+# Takes the screenshot AFTER once the screen differs from the screenshot
+# BEFORE in more than 1000 pixels and has come to rest (two shots alike):
+# a view gesture reached the program and its frames show the result. The
+# frames lag behind the messages on a busy machine, so this waits up to 15 s.
+expect_screen_change() { # name-before name-after what
+  local until=$((SECONDS + 15)) count=0
+  shot "$2" >/dev/null
+  while [ "$SECONDS" -le "$until" ]; do
+    sleep 0.3
+    import -window root "$OUT/$2-next.png" || fail "screenshot failed"
+    count=$(changed_pixels "$1" "$2")
+    if awk -v n="${count:-0}" 'BEGIN { exit !(n + 0 > 1000) }' &&
+      [ "$(changed_pixels "$2" "$2-next")" = "0" ]; then
+      rm -f "$OUT/$2-next.png"
+      echo "$3: $count pixels changed, see $OUT/$2.png"
+      return 0
+    fi
+    mv "$OUT/$2-next.png" "$OUT/$2.png"
+  done
+  fail "$3 left the screen as it was ($2.png against $1.png: $count pixels changed)"
 }
 
 screenshot() { # file
   import -window root "$1" || fail "screenshot failed"
-}
-
-# The smallest channel value (0 to 1) in a rectangle of a picture.
-darkest_in() { # file w h x y
-  /usr/bin/convert "$1" -crop "${2}x${3}+${4}+${5}" +repage -format '%[fx:minima]' info:
 }
 
 close_with_alt_f4() {

@@ -29,13 +29,12 @@ wait_for_main_window 60
 untitled="Quillmere - Untitled (6 points) [EDIT SKETCH]"
 expect_title "$untitled"
 grep -q '^Quillmere: ' "$QLOG" && fail "a message was shown: $(grep '^Quillmere: ' "$QLOG")"
-sleep 2 # the first frames
+sleep 1 # the first frames
 shot 1-opened
 
 press F5
 expect_title "$untitled"
-shot 2-top-view
-expect_screen_changed 1-opened 2-top-view "the top view"
+expect_screen_change 1-opened 2-top-view "the top view"
 
 # Orbit: Ctrl held, the left button dragged where no part of the ride lies
 # (the view is fitted to the ride in the middle of the window).
@@ -44,22 +43,19 @@ corner_x=60
 corner_y=$((WIN_H - 120))
 ctrl_stroke $corner_x $corner_y $((corner_x + 40)) $((corner_y - 20)) $((corner_x + 80)) $((corner_y - 40)) $((corner_x + 120)) $((corner_y - 60))
 expect_title "$untitled"
-shot 3-orbited
-expect_screen_changed 2-top-view 3-orbited "the orbit"
+expect_screen_change 2-top-view 3-orbited "the orbit"
 
 # The wheel: two notches in, one out.
 wheel $((WIN_W / 2)) $((WIN_H / 2)) 4 2
 wheel $((WIN_W / 2)) $((WIN_H / 2)) 5 1
 expect_title "$untitled"
-shot 4-zoomed
-expect_screen_changed 3-orbited 4-zoomed "the wheel"
+expect_screen_change 3-orbited 4-zoomed "the wheel"
 
 press c
 expect_title "Quillmere - Untitled * (6 points) [EDIT SKETCH]"
 press n
 expect_title "Quillmere - Untitled * (6 points) [EDIT SKETCH]"
-shot 5-centred-normalised
-expect_screen_changed 4-zoomed 5-centred-normalised "centre and normalise"
+expect_screen_change 4-zoomed 5-centred-normalised "centre and normalise"
 
 press ctrl+s
 wait_for_dialog "Save sketch" 20
