@@ -722,12 +722,22 @@ TEST_F(LoadSketchTest, CloseCopiesTheFirstPointOverTheLast) {
     ASSERT_TRUE(LoadSketch(WriteFile("close.qo", "Quillmere\nMove 0 0 0 0\n"
                                                  "Element Turn 180 30 0 0\n"
                                                  "Element Turn 90 30 0 0\nClose\n")));
+    // The start, two points of the half turn, one of the quarter turn; the
+    // last of them becomes the start's copy and keeps its own KindCurve (a
+    // KindMove there would have come out of the clean-up as a line).
     const WSketch& s = *TheSketch;
-    int32_t last = s.PointCount - 1;
-    ASSERT_GE(last, 2);
+    ASSERT_EQ(s.PointCount, 4);
+    const int32_t last = 3;
     EXPECT_EQ(s.FindTwin(0), last);
+    EXPECT_EQ(s.Points[last].Kind, KindCurve);
+    EXPECT_EQ(s.Points[0].Kind, KindMove);
     EXPECT_TRUE(Near(s.Points[last].Position, s.Points[0].Position, 0));
-    EXPECT_NE(s.Points[last].Kind, KindMove);
+    EXPECT_TRUE(Near(s.Points[last].HandleIn, s.Points[0].HandleIn, 0));
+    EXPECT_TRUE(Near(s.Points[last].HandleOut, s.Points[0].HandleOut, 0));
+    // Heading 0: the start's HandleIn is (0, 0, -10); its HandleOut is the
+    // half turn's start handle, 30 * 4/3 * tan(pi/8) = 16.5685 along +Z.
+    EXPECT_TRUE(Near(s.Points[0].HandleIn, P3(0, 0, -10), 0));
+    EXPECT_TRUE(Near(s.Points[0].HandleOut, P3(0, 0, 16.5685f), 1e-4f));
     EXPECT_TRUE(CheckInvariants(s));
 }
 
