@@ -602,6 +602,25 @@ TEST_F(LoopElements, CobraRollStepAbovePiUsesTheRadius) {
     EXPECT_TRUE(Local(6, P3(5, 0, 0), P3(0, 0, -10), P3(-1, 0, 0)));
 }
 
+TEST_F(LoopElements, CobraRollStepOfExactlyPiStillUsesTheTangent) {
+    // 540 * 0.017453292 in floats is 9.424778, whose third is the float pi
+    // 3.1415927 itself: not above pi, so l = 10 * 4/3 * tan(pi/4) = 13.3333.
+    // At 541 degrees the step is above pi and l is the radius, 10.
+    float a1 = 540 * Degree / 3;
+    EXPECT_EQ(a1, Pi);
+    Add(ElementCobraRoll, 10, 540, 5);
+    ASSERT_EQ(Count(), 7);
+    float l = Handle43(10, Tan4());
+    EXPECT_NEAR(l, 13.3333, 1e-4);
+    EXPECT_TRUE(StartPointWith(P3(0, 0, l)));
+    EXPECT_TRUE(Local(6, P3(5, 0, 0), P3(0, 0, -l), P3(-1, 0, 0)));
+    TheSketch->PointCount = 0;
+    Add(ElementCobraRoll, 10, 541, 5);
+    ASSERT_EQ(Count(), 7);
+    EXPECT_TRUE(StartPointWith(P3(0, 0, 10)));
+    EXPECT_TRUE(Local(6, P3(5, 0, 0), P3(0, 0, -10), P3(-1, 0, 0)));
+}
+
 TEST_F(LoopElements, CobraRollFailure) {
     Add(ElementCobraRoll, 0, 270, 60);
     Add(ElementCobraRoll, -30, 270, 60);

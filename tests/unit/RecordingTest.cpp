@@ -271,6 +271,14 @@ TEST_F(RecordingTest, GridNeedsUseGridAndASizeOfOne) {
     Stroke({{0, 0}, {92, 0}, {96, 9.9f}, {0, 40}});
     recording.Finish(true);
     ExpectPoint(At(1).Position, 92, 0, -1);
+    // A grid of 1, the smallest that counts, snaps 9.9 to 10; the other
+    // coordinates are whole numbers already.
+    settings.GridSize = 1;
+    Stroke({{0, 0}, {92, 0}, {96, 9.9f}, {0, 40}});
+    recording.Finish(true);
+    ASSERT_EQ(recording.PointCount, 4);
+    ExpectPoint(At(1).Position, 92, 0, -1, 0);
+    ExpectPoint(At(2).Position, 96, 10, -1, 0);
 }
 
 // ---- Closing
