@@ -37,11 +37,13 @@ void OnLeftButtonDown(const MPoint2& position, const WKeys& keys) {
         return;
     }
     if (!EditMode()) return;
+    // Taken before the hit tests: a curve hit moves the pointer onto the
+    // handle it picked and the drag starts from there instead.
+    TheLastMouse = position;
     if (WSketch* sketch = TheSketch) {
         if (keys.Alt) sketch->InsertPoint(position);
         SelectAt(*sketch, position, keys.Shift);
     }
-    TheLastMouse = position;
     TheLeftDown = true;
 }
 

@@ -17,7 +17,8 @@ struct WKeys {
 // Drawing: the recorder is emptied and the position is the first sample of
 // a stroke; TheLeftDown is not set. Edit modes: Alt inserts a point at the
 // path first; then the hit test with Shift as its tie-break, and the curve
-// hit when that found nothing; TheLastMouse takes the position and
+// hit when that found nothing; TheLastMouse takes the position (or, when
+// the curve hit moved the pointer onto a handle, the handle's) and
 // TheLeftDown is set.
 void OnLeftButtonDown(const MPoint2& position, const WKeys& keys);
 // Drawing: the stroke is finished (Ctrl chooses the polyline), appended to

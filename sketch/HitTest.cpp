@@ -80,12 +80,17 @@ bool HitBezier(WSketch& sketch, int32_t index, const MPoint2& mouse, float size)
         sketch.CurrentPart = 1;
         handle = sketch.Points[index].HandleIn;
     }
-    // The pointer jump must not reach the drag as a mouse move.
+    // The pointer jump must not reach the drag as a mouse move. Turning the
+    // mouse off covers a move delivered during the call; on Windows the move
+    // that SetCursorPos causes arrives later, with the mouse on again, so the
+    // drag is also measured from the handle from now on: that move then
+    // changes nothing, and the handle stays under the pointer.
     MPoint2 target = ScreenPoint(handle);
     bool enabled = TheMouseEnabled;
     TheMouseEnabled = false;
     SetCursorClientPosition(target.x, target.y);
     TheMouseEnabled = enabled;
+    TheLastMouse = target;
     return true;
 }
 

@@ -182,6 +182,7 @@ TEST_F(PointEditingHit, CurveClickNearerTheStartTakesTheStartHandleAndWarps) {
     int32_t warps = TheLastCursorMove.Count;
     // (45, -2): 2 pixels below the path, squared 4 < PointSize 8. The
     // controls lie at x 0, 30, 70, 100; x 30 is nearest (15.1 pixels).
+    TheLastMouse = Screen(45, -2);
     S().HitCurve(Screen(45, -2));
     EXPECT_EQ(S().Current, 0);
     EXPECT_EQ(S().CurrentPart, 2);
@@ -190,6 +191,10 @@ TEST_F(PointEditingHit, CurveClickNearerTheStartTakesTheStartHandleAndWarps) {
     EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
     EXPECT_FALSE(TheLastCursorMove.MouseEnabled);
     EXPECT_TRUE(TheMouseEnabled);
+    // The next drag is measured from the pointer's new place, so the move
+    // that the jump itself causes later moves nothing.
+    EXPECT_EQ(TheLastMouse.x, 430.0f);
+    EXPECT_EQ(TheLastMouse.y, 300.0f);
 }
 
 TEST_F(PointEditingHit, CurveClickNearerTheEndTakesTheEndHandle) {
@@ -263,6 +268,7 @@ TEST_F(PointEditingHit, ClickNearALineBendsItAtTheClickFraction) {
     // at 0.25 along the line is (25, 0), 7.07 pixels from the click, below 8.
     Load({Record(0, 0, 0, KindMove), Record(100, 0, 0, KindLine)});
     int32_t warps = TheLastCursorMove.Count;
+    TheLastMouse = Screen(24, -7);
     S().HitCurve(Screen(24, -7));
     EXPECT_EQ(S().Points[1].Kind, KindCurve);
     EXPECT_EQ(S().Points[0].Smooth, 0);
@@ -275,6 +281,8 @@ TEST_F(PointEditingHit, ClickNearALineBendsItAtTheClickFraction) {
     EXPECT_EQ(S().CurrentPart, 2);
     EXPECT_EQ(Steps(), 1);
     EXPECT_EQ(TheLastCursorMove.Count, warps); // the handle is already at the click
+    EXPECT_EQ(TheLastMouse.x, 424.0f);
+    EXPECT_EQ(TheLastMouse.y, 307.0f);
     EXPECT_TRUE(CheckInvariants(S()));
 }
 

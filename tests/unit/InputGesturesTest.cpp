@@ -239,6 +239,49 @@ TEST_F(InputGesturesTest, LastMouseFollowsEveryMoveSoAGestureStartsWithoutAJump)
     EXPECT_EQ(TheLastMouse.x, 400.0f) << "not the drawing mode";
 }
 
+// A press on a Bezier segment puts the pointer on the handle it picked. On
+// Windows the move that the pointer jump causes reaches the window later, as
+// an ordinary mouse move with the mouse enabled again: it must not drag the
+// handle away from under the pointer, and the user's own moves then carry
+// the handle with the pointer, pixel for pixel.
+TEST_F(InputGesturesTest, HandlePickedOnACurveFollowsThePointerWithoutAJump) {
+    // One straight Bezier segment along x, its handles at x 30 and x 70.
+    std::vector<WSketchPoint> records = {Record(0, 0, 0, KindMove), Record(100, 0, 0, KindCurve)};
+    records[0].HandleOut = P3(30, 0, 0);
+    records[1].HandleIn = P3(70, 0, 0);
+    records[0].Smooth = records[1].Smooth = 0;
+    Load(records);
+    int32_t warps = TheLastCursorMove.Count;
+    OnLeftButtonDown(Screen(45, -2), none);
+    ASSERT_EQ(S().Current, 0);
+    ASSERT_EQ(S().CurrentPart, 2);
+    ASSERT_EQ(TheLastCursorMove.Count, warps + 1);
+    EXPECT_EQ(TheLastCursorMove.X, 430.0f);
+    EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
+    EXPECT_EQ(TheLastMouse.x, 430.0f) << "the drag is measured from where the pointer now is";
+    EXPECT_EQ(TheLastMouse.y, 300.0f);
+    // The move of the jump itself, read at the handle.
+    OnMouseMove(Screen(30, 0), none);
+    ExpectPoint(S().Points[0].HandleOut, 30, 0, 0, 0);
+    // The user's drag: the handle stays under the pointer.
+    OnMouseMove(Screen(35, 4), none);
+    ExpectPoint(S().Points[0].HandleOut, 35, 4, 0, 0);
+    OnMouseMove(Screen(40, 10), none);
+    ExpectPoint(S().Points[0].HandleOut, 40, 10, 0, 0);
+    ExpectPoint(S().Points[0].Position, 0, 0, 0, 0);
+    OnLeftButtonUp(Screen(40, 10), none);
+    EXPECT_EQ(Steps(), 1);
+
+    // Where the jump's move never arrives, the first move of the user's own
+    // is measured from the handle too.
+    Load(records);
+    OnLeftButtonDown(Screen(60, -2), none); // nearer x 70: record 1's HandleIn
+    ASSERT_EQ(S().Current, 1);
+    ASSERT_EQ(S().CurrentPart, 1);
+    OnMouseMove(Screen(72, -5), none);
+    ExpectPoint(S().Points[1].HandleIn, 72, -5, 0, 0);
+}
+
 TEST_F(InputGesturesTest, DisabledMouseIgnoresMoves) {
     Load(OpenCorner());
     OnLeftButtonDown(Screen(100, 0), none);
