@@ -276,6 +276,57 @@ TEST_F(CommandsWin, DragInTheEditModeMovesThePoint) {
     EXPECT_EQ(Title(), u"Quillmere - Untitled * (2 points) [EDIT SKETCH]");
 }
 
+// A press on a Bezier segment moves the real pointer onto the handle it
+// picked (SetCursorPos). The mouse move that the jump causes comes through
+// the message queue once the press is handled, and the drag that follows
+// must carry the handle with the pointer rather than throw it by the jump.
+TEST_F(CommandsWin, HandlePickedOnACurveFollowsThePointer) {
+    WSketch& sketch = *TheSketch;
+    sketch.Points.SetCount(2);
+    sketch.PointCount = 2;
+    sketch.Points[0] = WSketchPoint();
+    sketch.Points[0].HandleOut = MPoint3{30, 0, 0};
+    sketch.Points[0].Smooth = 0;
+    sketch.Points[1] = WSketchPoint();
+    sketch.Points[1].Position = MPoint3{100, 0, 0};
+    sketch.Points[1].HandleIn = MPoint3{70, 0, 0};
+    sketch.Points[1].Kind = KindCurve;
+    sketch.Points[1].Smooth = 0;
+    sketch.Commit();
+    Char(L'e');
+    // Whole pixels: the world origin on a pixel, so that the path lies on a
+    // row of pixels and the pointer can stand exactly on the handle.
+    float cx = TheView->ViewportWidth / 2, cy = TheView->ViewportHeight / 2;
+    TheView->Pivot = MPoint3{cx - float(int(cx)), -(cy - float(int(cy))), 0};
+    TheView->Update();
+    MPoint3 handle = TheView->ToScreen(MPoint3{30, 0, 0});
+    int hx = int(handle.x), hy = int(handle.y);
+    ASSERT_EQ(float(hx), handle.x);
+    ASSERT_EQ(float(hy), handle.y);
+    // Pressed 15 pixels along the path from the handle and 2 below it.
+    Mouse(WM_MOUSEMOVE, hx + 15, hy + 2, 0);
+    Mouse(WM_LBUTTONDOWN, hx + 15, hy + 2, MK_LBUTTON);
+    ASSERT_EQ(sketch.Current, 0);
+    ASSERT_EQ(sketch.CurrentPart, 2);
+    POINT pointer = {};
+    GetCursorPos(&pointer);
+    ScreenToClient(Window, &pointer);
+    EXPECT_EQ(pointer.x, hx) << "the pointer was put on the handle";
+    EXPECT_EQ(pointer.y, hy);
+    // Whatever the jump queued, and a move read at the handle as the queue
+    // would deliver it.
+    Pump();
+    SendMessageW(Window, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(1, 1));
+    EXPECT_EQ(sketch.Points[0].HandleOut.x, 30.0f);
+    EXPECT_EQ(sketch.Points[0].HandleOut.y, 0.0f);
+    Mouse(WM_MOUSEMOVE, hx + 10, hy - 20, MK_LBUTTON);
+    Mouse(WM_LBUTTONUP, hx + 10, hy - 20, 0);
+    EXPECT_EQ(sketch.Points[0].HandleOut.x, 40.0f);
+    EXPECT_EQ(sketch.Points[0].HandleOut.y, 20.0f);
+    EXPECT_EQ(sketch.Points[0].Position.x, 0.0f);
+    EXPECT_EQ(Title(), u"Quillmere - Untitled * (2 points) [EDIT SKETCH]");
+}
+
 TEST_F(CommandsWin, WheelZoomsByItsSignedDelta) {
     SendMessageW(Window, WM_MOUSEWHEEL, MAKEWPARAM(0, WORD(-120)), 0);
     EXPECT_EQ(TheView->Zoom, float(1 - (-120) * 0.001));
