@@ -24,6 +24,10 @@
 #   shot NAME                 a screenshot NAME.png in the journey's folder,
 #                             once the frames have caught up
 #   expect_screen_change A B WHAT  shot B once the screen differs from shot A
+#   wait_for_colour X Y R,G,B [s] [what]  waits until the frame shows that
+#                             colour at window pixel (X, Y)
+#   check_pixels NAME [FILE...] <<'PYTHON' ...  python checks of the pixels
+#                             of screenshot NAME (helpers below)
 #
 # Window pixels are those of the main window's X window. Without a window
 # manager Wine gives that window no caption or borders: its origin is the
@@ -386,6 +390,104 @@ expect_screen_change() { # name-before name-after what
 
 screenshot() { # file
   import -window root "$1" || fail "screenshot failed"
+}
+
+# ---- What a frame shows
+
+# Waits until a pixel of the colour R,G,B (each channel within 8) shows
+# within 2 pixels of the window pixel (X, Y), up to the timeout (15 s): a
+# check of a screenshot then sees the frame that followed the last message,
+# not one drawn before it.
+wait_for_colour() { # x y r,g,b [timeout s] [what]
+  window_geometry
+  local left=$((WIN_X + $1 - 2)) top=$((WIN_Y + $2 - 2)) want=$3
+  local until=$((SECONDS + ${4:-15})) what=${5:-"the colour $3 at ($1, $2)"}
+  while [ "$SECONDS" -le "$until" ]; do
+    import -window root -crop "5x5+${left}+${top}" +repage -depth 8 txt:- 2>/dev/null |
+      sed -n 's/^[0-9]*,[0-9]*: *(\([0-9]*\),\([0-9]*\),\([0-9]*\).*/\1 \2 \3/p' |
+      awk -v want="$want" 'BEGIN { split(want, w, ",") }
+        { d = 0; for (i = 1; i <= 3; i++) { e = $i - w[i]; if (e < 0) e = -e; if (e > d) d = e }
+          if (d <= 8) found = 1 }
+        END { exit !found }' && return 0
+    sleep 0.2
+  done
+  fail "no $what within ${4:-15} s"
+}
+
+# Runs the python3 checks given on standard input against the screenshot
+# NAME.png of the journey; any failed check fails the journey. The FILEs
+# (python code that the journey's checks share) run first, in the same
+# namespace. The checks see:
+#   pixel(x, y)          the (r, g, b) of a window pixel, None off the screen
+#   like(c, want, tol)   every channel of c within tol (8) of want
+#   near(x, y, want, rx, ry, tol)  a pixel like want within rx (2) columns
+#                        and ry (rx) rows of (x, y)
+#   pixels_of(name)      the pixel function of another screenshot
+#   check(ok, text)      counts a check; a false ok fails with the text
+#   WIN_X WIN_Y WIN_W WIN_H  the main window (window_geometry), SHOT the path
+# Positions are window pixels, as for the gestures. A fraction means the
+# pixel that holds the point: Direct2D puts whole coordinates on the corners
+# between pixels.
+check_pixels() { # name [file...]
+  window_geometry
+  E2E_WIN="$WIN_X $WIN_Y $WIN_W $WIN_H" python3 -c "$(cat <<'PYTHON'
+import math, os, subprocess, sys
+SHOT = sys.argv[1]
+WIN_X, WIN_Y, WIN_W, WIN_H = (int(v) for v in os.environ["E2E_WIN"].split())
+
+def _load(path):
+    ppm = subprocess.run(["/usr/bin/convert", path, "-depth", "8", "ppm:-"],
+                         stdout=subprocess.PIPE, check=True).stdout
+    fields, at = [], 0
+    while len(fields) < 4:
+        while ppm[at:at + 1].isspace():
+            at += 1
+        end = at
+        while not ppm[end:end + 1].isspace():
+            end += 1
+        fields.append(ppm[at:end])
+        at = end
+    assert fields[0] == b"P6" and fields[3] == b"255", fields
+    width, height, rgb = int(fields[1]), int(fields[2]), ppm[at + 1:]
+
+    def pixel(x, y):
+        x, y = WIN_X + math.floor(x), WIN_Y + math.floor(y)
+        if not (0 <= x < width and 0 <= y < height):
+            return None
+        i = 3 * (y * width + x)
+        return tuple(rgb[i:i + 3])
+    return pixel
+
+def pixels_of(name):
+    return _load(os.path.join(os.path.dirname(SHOT), name + ".png"))
+
+pixel = _load(SHOT)
+
+def like(c, want, tol=8):
+    return c is not None and all(abs(a - b) <= tol for a, b in zip(c, want))
+
+def near(x, y, want, rx=2, ry=None, tol=8):
+    ry = rx if ry is None else ry
+    return any(like(pixel(x + dx, y + dy), want, tol)
+               for dy in range(-ry, ry + 1) for dx in range(-rx, rx + 1))
+
+_failures, _count = [], 0
+
+def check(ok, text):
+    global _count
+    _count += 1
+    if not ok:
+        _failures.append(text)
+
+for _file in sys.argv[2:]:
+    exec(compile(open(_file).read(), _file, "exec"))
+exec(compile(sys.stdin.read(), "checks of " + os.path.basename(SHOT), "exec"))
+for text in _failures:
+    print("  " + text, file=sys.stderr)
+print("%s: %d of %d pixel checks passed" % (os.path.basename(SHOT), _count - len(_failures), _count))
+sys.exit(1 if _failures else 0)
+PYTHON
+)" "$OUT/$1.png" "${@:2}" || fail "the screenshot $OUT/$1.png does not show what it should"
 }
 
 close_with_alt_f4() {
