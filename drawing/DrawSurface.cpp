@@ -14,6 +14,12 @@
 
 int32_t TheSurfaceCount = 0;
 
+void CountSurface(MDrawSurface& surface) {
+    if (surface.Counted) return;
+    surface.Counted = true;
+    TheSurfaceCount++;
+}
+
 static const char16_t* const DefaultFontFamily = u"MS Shell Dlg";
 
 // ---- Transform and caches

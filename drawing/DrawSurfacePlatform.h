@@ -29,3 +29,6 @@ void PlatformText(MDrawSurface& surface, int32_t left, int32_t top, int32_t righ
 // A bitmap made from source for this drawing, drawn into destination with
 // opacity 1 and linear interpolation, and released.
 void PlatformBitmap(MDrawSurface& surface, void* source, const MDrawRect& destination);
+
+// Raises TheSurfaceCount once for a surface made by either creation.
+void CountSurface(MDrawSurface& surface);

@@ -18,18 +18,13 @@ static MDrawOperation Entry(int32_t kind) {
     return operation;
 }
 
-static void Count(MDrawSurface& surface) {
-    if (surface.Counted) return;
-    surface.Counted = true;
-    TheSurfaceCount++;
-}
 
 // Only the main window exists here; its client size is the one the window
 // layer holds.
 void MDrawSurface::CreateForWindow(void* window) {
     Valid = false;
     Scale = 1;
-    Count(*this);
+    CountSurface(*this);
     int32_t width = 0, height = 0;
     if (window && window == TheMainWindow) MainClientSize(width, height);
     Left = 0;
@@ -48,7 +43,7 @@ void MDrawSurface::CreateForWindow(void* window) {
 void MDrawSurface::CreateForDc(void* dc, const WRect& rectangle) {
     Valid = false;
     Scale = 1;
-    Count(*this);
+    CountSurface(*this);
     Left = rectangle.left;
     Top = rectangle.top;
     Right = rectangle.right;

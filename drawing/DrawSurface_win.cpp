@@ -70,16 +70,11 @@ static bool CreateFactories(MDrawSurface& surface) {
     return true;
 }
 
-static void Count(MDrawSurface& surface) {
-    if (surface.Counted) return;
-    surface.Counted = true;
-    TheSurfaceCount++;
-}
 
 void MDrawSurface::CreateForWindow(void* window) {
     Valid = false;
     Scale = 1;
-    Count(*this);
+    CountSurface(*this);
     HWND handle = static_cast<HWND>(window);
     RECT client = {};
     if (!handle || !GetClientRect(handle, &client)) return;
@@ -111,7 +106,7 @@ void MDrawSurface::CreateForWindow(void* window) {
 void MDrawSurface::CreateForDc(void* dc, const WRect& rectangle) {
     Valid = false;
     Scale = 1;
-    Count(*this);
+    CountSurface(*this);
     Left = rectangle.left;
     Top = rectangle.top;
     Right = rectangle.right;
