@@ -26,6 +26,7 @@ class AskToSaveTest : public ShellFixture {
         ASSERT_GE(Messages.Count, 1);
         EXPECT_EQ(Text(MessageTexts[0]), Question);
         EXPECT_EQ(MessageIcons[0], IconQuestion);
+        EXPECT_EQ(MessageButtonList[0], ButtonsYesNoCancel);
     }
     // The changed square is still there, unsaved.
     void ExpectSketchKept() {

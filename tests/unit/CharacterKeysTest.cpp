@@ -186,6 +186,104 @@ TEST_F(CharacterKeysTest, OFallsBackToAnArcWhenThereIsNoCircle) {
     EXPECT_EQ(S().Points[1].Kind, KindCurve);
 }
 
+// Every key in both cases from the same start, a corner with its middle
+// point selected in the edit mode and a view turned away from the front:
+// which keys change the sketch (and so mark the title), the mode and the
+// selection. No key touches the view.
+TEST_F(CharacterKeysTest, EachKeyTellsTheSelectionTheViewAndTheTitle) {
+    struct Row {
+        char16_t Key;
+        bool Changes; // the sketch is edited, the title marked
+        WMode Mode;   // the mode afterwards
+        int32_t Current;
+    } rows[] = {
+        {u'+', true, ModeEditSketch, 1},  {u'=', true, ModeEditSketch, 1},
+        {u'-', true, ModeEditSketch, 1},  {u'2', false, ModeEditSketch, 1},
+        {u'a', true, ModeEditSketch, 1},  {u'c', true, ModeEditSketch, 1},
+        {u'd', false, ModeDraw, -1},      {u'e', false, ModeEditSketch, 1},
+        {u'g', false, ModeEditSketch, 1}, {u'n', true, ModeEditSketch, 1},
+        {u'r', false, ModeEditRoll, 1},
+    };
+    for (const Row& row : rows) {
+        for (bool upper : {false, true}) {
+            char16_t key = row.Key;
+            if (upper && key >= u'a' && key <= u'z')
+                key = char16_t(key - u'a' + u'A');
+            else if (upper)
+                continue;
+            TheMode = ModeEditSketch;
+            Load(OpenCorner());
+            Select(1, 0);
+            TheView->Reset();
+            TheView->SetViewport(800, 600);
+            TheView->Zoom = 3;
+            TheView->Pivot = P3(7, 8, 9);
+            TheView->Orbit(0.25f, -0.5f, 0.125f);
+            MMatrix rotation = TheView->Rotation;
+            std::vector<WSketchPoint> before = Records(S());
+            int32_t messages = Messages.Count;
+            OnCharacter(key);
+            const char c = char(key);
+            bool same = S().PointCount == int32_t(before.size());
+            for (int32_t i = 0; same && i < S().PointCount; i++)
+                same = SameRecordBits(S().Points[i], before[size_t(i)]);
+            EXPECT_EQ(!same, row.Changes) << c;
+            EXPECT_EQ(Steps(), row.Changes ? 1 : 0) << c;
+            EXPECT_EQ(TheMode, row.Mode) << c;
+            EXPECT_EQ(S().Current, row.Current) << c;
+            for (int r = 0; r < 4; r++)
+                for (int k = 0; k < 4; k++)
+                    EXPECT_EQ(TheView->Rotation.M[r][k], rotation.M[r][k]) << c;
+            EXPECT_TRUE(SameBits(TheView->Pivot, P3(7, 8, 9))) << c;
+            EXPECT_EQ(TheView->Zoom, 3.0f) << c;
+            const char16_t* label = row.Mode == ModeDraw         ? u"DRAW FREEHAND"
+                                    : row.Mode == ModeEditSketch ? u"EDIT SKETCH"
+                                                                 : u"EDIT ROLL";
+            EXPECT_EQ(Title(), std::u16string(u"Quillmere - Untitled ") +
+                                   (row.Changes ? u"* " : u"") + u"(3 points) [" + label + u"]")
+                << c;
+            // Only "2" speaks, to say that the corner is flat already.
+            EXPECT_EQ(Messages.Count - messages, row.Key == u'2' ? 1 : 0) << c;
+        }
+    }
+}
+
+// A closed curve of four or of six records is no circle: "o" makes the
+// segment into the selected point an arc instead.
+TEST_F(CharacterKeysTest, OOnAClosedCurveOfFourOrSixRecordsMakesAnArc) {
+    // Four: a closed triangle whose first segment leaves (0, 0) straight up
+    // and arrives at (100, 0) straight down: a half circle of radius 50.
+    std::vector<WSketchPoint> four = {Record(0, 0, 0, KindMove), Record(100, 0, 0, KindLine),
+                                      Record(50, 80, 0, KindLine), Record(0, 0, 0, KindLine)};
+    four[0].HandleOut = four[3].HandleOut = P3(0, 10, 0);
+    four[1].HandleIn = P3(100, 10, 0);
+    Load(four);
+    Select(1, 0);
+    OnCharacter(u'o');
+    float h = float(50 * 4.0 / 3 * std::tan(3.1415927 / 4));
+    ExpectPoint(S().Points[0].HandleOut, 0, h, 0, 1e-3f);
+    ExpectPoint(S().Points[1].HandleIn, 100, h, 0, 1e-3f);
+    EXPECT_EQ(S().Points[1].Kind, KindCurve);
+    ExpectPoint(S().Points[1].Position, 100, 0, 0, 0);
+    ExpectPoint(S().Points[2].Position, 50, 80, 0, 0);
+
+    // Six: a quarter turn about the origin, radius 100.
+    std::vector<WSketchPoint> six = {Record(0, 100, 0, KindMove),  Record(100, 0, 0, KindLine),
+                                     Record(50, -80, 0, KindLine), Record(-50, -80, 0, KindLine),
+                                     Record(-100, 0, 0, KindLine), Record(0, 100, 0, KindLine)};
+    six[0].HandleOut = six[5].HandleOut = P3(10, 100, 0);
+    six[1].HandleIn = P3(100, 10, 0);
+    Load(six);
+    Select(1, 0);
+    OnCharacter(u'O');
+    h = float(100 * 4.0 / 3 * std::tan(1.5707964 / 4));
+    ExpectPoint(S().Points[0].HandleOut, h, 100, 0, 1e-3f);
+    ExpectPoint(S().Points[1].HandleIn, 100, h, 0, 1e-3f);
+    ExpectPoint(S().Points[1].Position, 100, 0, 0, 0);
+    EXPECT_EQ(S().Points[1].Kind, KindCurve);
+    EXPECT_EQ(S().PointCount, 6);
+}
+
 TEST_F(CharacterKeysTest, OtherCharactersDoNothing) {
     Load(OpenCorner());
     TheMode = ModeEditSketch;

@@ -231,6 +231,7 @@ TEST_F(CommandsTest, LoneClickIsCountedAndThenCleanedAwayBySave) {
     ASSERT_EQ(Messages.Count, 1);
     EXPECT_EQ(Text(MessageTexts[0]), u"The sketch is empty");
     EXPECT_EQ(MessageIcons[0], IconError);
+    EXPECT_EQ(MessageButtonList[0], ButtonsOk);
     EXPECT_EQ(Prompts.Count, 0);
     EXPECT_EQ(Title(), u"Quillmere - Untitled * (0 points) [DRAW FREEHAND]");
 }
@@ -351,6 +352,7 @@ TEST_F(CommandsTest, UnknownTracerIsNamedAndTheSketchStaysButLosesItsName) {
     ASSERT_EQ(Messages.Count, 1);
     EXPECT_EQ(Text(MessageTexts[0]), u"Unknown external tracer\n\n\"C:\\Tools\\autotrace.exe\"");
     EXPECT_EQ(MessageIcons[0], IconError);
+    EXPECT_EQ(MessageButtonList[0], ButtonsOk);
     EXPECT_EQ(S().PointCount, 3);
     EXPECT_TRUE(TheFileName.IsEmpty());
     EXPECT_TRUE(settings.SaveSolid);

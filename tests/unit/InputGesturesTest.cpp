@@ -292,6 +292,125 @@ TEST_F(InputGesturesTest, DisabledMouseIgnoresMoves) {
     TheMouseEnabled = true;
 }
 
+// ---- The table of moves, row by row, in both edit modes
+
+// Each row of the table through the handlers, with what the sketch, the
+// selection, the view and the title are after the press, the move and the
+// release. Only a drag of a selected point changes the sketch, and only its
+// release marks the title.
+TEST_F(InputGesturesTest, EachRowOfTheMoveTableInBothEditModes) {
+    struct State {
+        std::vector<WSketchPoint> Records;
+        int32_t Current;
+        MMatrix Rotation;
+        MPoint3 Pivot;
+        float Zoom;
+        std::u16string Title;
+    };
+    auto now = [&]() {
+        return State{Records(S()),   S().Current,   TheView->Rotation,
+                     TheView->Pivot, TheView->Zoom, Title()};
+    };
+    auto expectState = [&](const State& want, const char* row, const char* when) {
+        ASSERT_EQ(S().PointCount, int32_t(want.Records.size())) << row << when;
+        for (size_t i = 0; i < want.Records.size(); i++)
+            EXPECT_TRUE(SameRecordBits(S().Points[int32_t(i)], want.Records[i]))
+                << row << when << " record " << i;
+        EXPECT_EQ(S().Current, want.Current) << row << when;
+        EXPECT_TRUE(SameMatrix(TheView->Rotation, want.Rotation)) << row << when;
+        EXPECT_TRUE(SameBits(TheView->Pivot, want.Pivot)) << row << when;
+        EXPECT_EQ(TheView->Zoom, want.Zoom) << row << when;
+        EXPECT_EQ(Title(), want.Title) << row << when;
+    };
+    for (WMode mode : {ModeEditSketch, ModeEditRoll}) {
+        const std::u16string label = mode == ModeEditSketch ? u"EDIT SKETCH" : u"EDIT ROLL";
+        const std::u16string clean = u"Quillmere - Untitled (3 points) [" + label + u"]";
+        const std::u16string changed = u"Quillmere - Untitled * (3 points) [" + label + u"]";
+        auto fresh = [&]() {
+            TheView->Reset();
+            TheView->SetViewport(800, 600);
+            TheView->Zoom = 1;
+            TheView->Update();
+            TheMode = mode;
+            Load(OpenCorner());
+            TheLeftDown = TheRightDown = false;
+            OnMouseMove(Screen(-300, 250), none); // where the pointer was before
+        };
+
+        // Left down, Ctrl up, on a point: the point moves by the pixels.
+        fresh();
+        State want = now();
+        OnLeftButtonDown(Screen(100, 0), none);
+        want.Current = 1;
+        expectState(want, "drag", " after the press");
+        OnMouseMove(Screen(110, -5), none);
+        want.Records[1].Position = P3(110, -5, 0);
+        want.Records[1].HandleIn = P3(110, -5, 0);
+        want.Records[1].HandleOut = P3(110, -5, 0);
+        expectState(want, "drag", " after the move");
+        OnLeftButtonUp(Screen(110, -5), none);
+        want.Title = changed;
+        expectState(want, "drag", " after the release");
+        EXPECT_EQ(Steps(), 1);
+
+        // Left down, Ctrl up, on nothing: the view pans with the pointer.
+        fresh();
+        want = now();
+        OnLeftButtonDown(Screen(-200, 200), none);
+        expectState(want, "pan", " after the press");
+        OnMouseMove(Screen(-190, 196), none);
+        want.Pivot = P3(-10, 4, 0);
+        expectState(want, "pan", " after the move");
+        OnLeftButtonUp(Screen(-190, 196), none);
+        expectState(want, "pan", " after the release");
+        EXPECT_EQ(Steps(), 0);
+
+        // Left down, Ctrl down: the orbit, here with a point selected.
+        fresh();
+        want = now();
+        OnLeftButtonDown(Screen(100, 0), control);
+        want.Current = 1;
+        expectState(want, "orbit", " after the press");
+        want.Rotation = Turned(float(-6 * 0.005), float(4 * 0.005), 0);
+        OnMouseMove(Screen(94, -4), control);
+        expectState(want, "orbit", " after the move");
+        OnLeftButtonUp(Screen(94, -4), control);
+        expectState(want, "orbit", " after the release");
+        EXPECT_EQ(Steps(), 0);
+
+        // Right down with Ctrl, left up: the roll about the view axis, by dy
+        // alone. The press on nothing deletes nothing.
+        fresh();
+        OnMouseMove(Screen(-200, 200), control); // the right press leaves TheLastMouse alone
+        want = now();
+        OnRightButtonDown(Screen(-200, 200), control);
+        expectState(want, "roll", " after the press");
+        want.Rotation = Turned(0, 0, float(-8 * 0.005));
+        OnMouseMove(Screen(-190, 192), control);
+        expectState(want, "roll", " after the move");
+        OnRightButtonUp(Screen(-190, 192), control);
+        expectState(want, "roll", " after the release");
+
+        // Right down without Ctrl: nothing.
+        fresh();
+        want = now();
+        OnRightButtonDown(Screen(-200, 200), none);
+        OnMouseMove(Screen(-150, 150), none);
+        expectState(want, "right without Ctrl", " after the move");
+        OnRightButtonUp(Screen(-150, 150), none);
+        EXPECT_EQ(TheLastMouse.x, 250.0f);
+
+        // No button, with and without Ctrl: nothing but the pointer's place.
+        fresh();
+        want = now();
+        OnMouseMove(Screen(100, 0), control);
+        OnMouseMove(Screen(50, 50), none);
+        expectState(want, "no button", " after the moves");
+        EXPECT_EQ(TheLastMouse.x, 450.0f);
+        EXPECT_EQ(TheLastMouse.y, 250.0f);
+    }
+}
+
 // ---- Left button up: the grid
 
 TEST_F(InputGesturesTest, ReleaseSnapsTheDraggedPointToTheGrid) {
@@ -342,6 +461,27 @@ TEST_F(InputGesturesTest, RightClickDeletesThePointUnderTheCursor) {
     EXPECT_EQ(Title(), u"Quillmere - Untitled * (2 points) [EDIT SKETCH]");
     OnRightButtonUp(Screen(101, 1), none);
     EXPECT_FALSE(TheRightDown);
+}
+
+// The curve hit comes before the deletion: a right click beside a straight
+// segment bends it and then deletes the handle it picked, which makes the
+// segment a line again, its handles left where the bend put them.
+TEST_F(InputGesturesTest, RightClickOnAStraightSegmentLeavesALineWithNewHandles) {
+    Load(OpenCorner());
+    OnRightButtonDown(Screen(24, -7), none);
+    ASSERT_EQ(S().PointCount, 3);
+    EXPECT_EQ(S().Points[1].Kind, KindLine);
+    ExpectPoint(S().Points[0].HandleOut, 25, 0, 0, 0);
+    ExpectPoint(S().Points[1].HandleIn, 75, 0, 0, 0);
+    ExpectPoint(S().Points[0].Position, 0, 0, 0, 0);
+    ExpectPoint(S().Points[1].Position, 100, 0, 0, 0);
+    EXPECT_EQ(S().Points[0].Smooth, 0);
+    EXPECT_EQ(S().Points[1].Smooth, 0);
+    EXPECT_EQ(S().Current, -1);
+    EXPECT_EQ(Steps(), 2) << "the bend and the deletion";
+    EXPECT_EQ(Title(), u"Quillmere - Untitled * (3 points) [EDIT SKETCH]");
+    UndoSketch();
+    EXPECT_EQ(S().Points[1].Kind, KindCurve) << "one undo step back is the bent line";
 }
 
 TEST_F(InputGesturesTest, CtrlRightClickDeletesTheSegment) {
@@ -447,4 +587,9 @@ TEST_F(InputGesturesTest, OnlyTheFirst260CharactersOfADroppedPathCount) {
     std::u16string longer(257, u'a');
     OnFileDropped(MString((longer + u".eps").c_str()));
     EXPECT_EQ(Messages.Count, 1);
+    // A path of 261 characters whose first 260 end in ".eps" is opened under
+    // those 260.
+    OnFileDropped(MString((stem + u".epsx").c_str()));
+    ASSERT_EQ(Messages.Count, 2);
+    EXPECT_EQ(LastMessage(), u"Could not open:\n\n\"" + stem + u".eps\"");
 }

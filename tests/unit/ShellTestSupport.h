@@ -84,6 +84,7 @@ class ShellFixture : public ::testing::Test {
     MString MessageTexts[16];
     MessageIcon MessageIcons[16] = {};
     MessageAnswer MessageAnswers[16] = {};
+    MessageButtons MessageButtonList[16] = {};
     MessageScript Messages;
     MString PromptAnswers[16];
     FilePromptScript Prompts;
@@ -99,6 +100,7 @@ class ShellFixture : public ::testing::Test {
         SetFolderOverride(FolderDocuments, scratch::Text(Folder / "documents"));
         Messages.Texts = MessageTexts;
         Messages.Icons = MessageIcons;
+        Messages.Buttons = MessageButtonList;
         Messages.Capacity = 16;
         Messages.Answers = MessageAnswers;
         TheMessageScript = &Messages;
