@@ -30,7 +30,7 @@ uint32_t FourCC(const char* text) {
            (uint32_t(uint8_t(text[2])) << 16) | (uint32_t(uint8_t(text[3])) << 24);
 }
 
-struct DdsSpec {
+struct DdsLayout {
     uint32_t Width = 4, Height = 4;
     uint32_t Flags = 0x1007; // caps, height, width, pixel format
     uint32_t Depth = 0, MipCount = 0, Caps2 = 0;
@@ -40,58 +40,58 @@ struct DdsSpec {
     uint32_t DxgiFormat = 0, Dimension = 3, Misc = 0, ArraySize = 1;
 };
 
-std::vector<uint8_t> Dds(const DdsSpec& spec, const std::vector<uint8_t>& data) {
+std::vector<uint8_t> Dds(const DdsLayout& layout, const std::vector<uint8_t>& data) {
     std::vector<uint8_t> bytes(4 + 124, 0);
     std::memcpy(bytes.data(), "DDS ", 4);
     Put32(bytes, 4, 124);
-    Put32(bytes, 8, spec.Flags);
-    Put32(bytes, 12, spec.Height);
-    Put32(bytes, 16, spec.Width);
-    Put32(bytes, 24, spec.Depth);
-    Put32(bytes, 28, spec.MipCount);
+    Put32(bytes, 8, layout.Flags);
+    Put32(bytes, 12, layout.Height);
+    Put32(bytes, 16, layout.Width);
+    Put32(bytes, 24, layout.Depth);
+    Put32(bytes, 28, layout.MipCount);
     Put32(bytes, 76, 32);
-    Put32(bytes, 80, spec.Dx10 ? 0x4 : spec.PixelFlags);
-    Put32(bytes, 84, spec.Dx10 ? FourCC("DX10") : spec.FourCC);
-    Put32(bytes, 88, spec.BitCount);
+    Put32(bytes, 80, layout.Dx10 ? 0x4 : layout.PixelFlags);
+    Put32(bytes, 84, layout.Dx10 ? FourCC("DX10") : layout.FourCC);
+    Put32(bytes, 88, layout.BitCount);
     for (int i = 0; i < 4; i++)
-        Put32(bytes, 92 + 4 * i, spec.Masks[i]);
+        Put32(bytes, 92 + 4 * i, layout.Masks[i]);
     Put32(bytes, 108, 0x1000);
-    Put32(bytes, 112, spec.Caps2);
-    if (spec.Dx10) {
+    Put32(bytes, 112, layout.Caps2);
+    if (layout.Dx10) {
         size_t at = bytes.size();
         bytes.resize(at + 20, 0);
-        Put32(bytes, at, spec.DxgiFormat);
-        Put32(bytes, at + 4, spec.Dimension);
-        Put32(bytes, at + 8, spec.Misc);
-        Put32(bytes, at + 12, spec.ArraySize);
+        Put32(bytes, at, layout.DxgiFormat);
+        Put32(bytes, at + 4, layout.Dimension);
+        Put32(bytes, at + 8, layout.Misc);
+        Put32(bytes, at + 12, layout.ArraySize);
     }
     bytes.insert(bytes.end(), data.begin(), data.end());
     return bytes;
 }
 
-DdsSpec Dx10(uint32_t format, uint32_t width = 4, uint32_t height = 4) {
-    DdsSpec spec;
-    spec.Dx10 = true;
-    spec.DxgiFormat = format;
-    spec.Width = width;
-    spec.Height = height;
-    return spec;
+DdsLayout Dx10(uint32_t format, uint32_t width = 4, uint32_t height = 4) {
+    DdsLayout layout;
+    layout.Dx10 = true;
+    layout.DxgiFormat = format;
+    layout.Width = width;
+    layout.Height = height;
+    return layout;
 }
 
-DdsSpec Legacy(uint32_t bits, uint32_t r, uint32_t g, uint32_t b, uint32_t a) {
-    DdsSpec spec;
-    spec.PixelFlags = 0x40 | (a ? 0x1 : 0);
-    spec.BitCount = bits;
-    spec.Masks[0] = r, spec.Masks[1] = g, spec.Masks[2] = b, spec.Masks[3] = a;
-    return spec;
+DdsLayout Legacy(uint32_t bits, uint32_t r, uint32_t g, uint32_t b, uint32_t a) {
+    DdsLayout layout;
+    layout.PixelFlags = 0x40 | (a ? 0x1 : 0);
+    layout.BitCount = bits;
+    layout.Masks[0] = r, layout.Masks[1] = g, layout.Masks[2] = b, layout.Masks[3] = a;
+    return layout;
 }
 
-DdsSpec Compressed(const char* fourCC, uint32_t width = 4, uint32_t height = 4) {
-    DdsSpec spec;
-    spec.FourCC = FourCC(fourCC);
-    spec.Width = width;
-    spec.Height = height;
-    return spec;
+DdsLayout Compressed(const char* fourCC, uint32_t width = 4, uint32_t height = 4) {
+    DdsLayout layout;
+    layout.FourCC = FourCC(fourCC);
+    layout.Width = width;
+    layout.Height = height;
+    return layout;
 }
 
 std::vector<uint8_t> Counting(size_t count) {
@@ -182,12 +182,12 @@ TEST(DdsTest, ReadingFromMemoryEqualsReadingTheFile) {
 
 TEST(DdsTest, ACubeMapFails) {
     std::vector<uint8_t> faces = Counting(6 * 16 * 4);
-    DdsSpec cube = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
+    DdsLayout cube = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
     cube.Caps2 = 0x200 | 0xfc00; // cube map with all six faces
     MPicture picture;
     EXPECT_FALSE(Read(picture, Dds(cube, faces)));
     EXPECT_EQ(picture.Pixels, nullptr);
-    DdsSpec dx10Cube = Dx10(87);
+    DdsLayout dx10Cube = Dx10(87);
     dx10Cube.Misc = 0x4;
     EXPECT_FALSE(Read(picture, Dds(dx10Cube, faces)));
     // The same files as plain 2D pictures load.
@@ -200,13 +200,13 @@ TEST(DdsTest, ACubeMapFails) {
 TEST(DdsTest, ArraysAndDeepVolumesFailAndFlatOnesLoad) {
     MPicture picture;
     std::vector<uint8_t> data = Counting(2 * 16 * 4);
-    DdsSpec array = Dx10(87);
+    DdsLayout array = Dx10(87);
     array.ArraySize = 2;
     EXPECT_FALSE(Read(picture, Dds(array, data)));
     array.ArraySize = 0;
     EXPECT_FALSE(Read(picture, Dds(array, data)));
 
-    DdsSpec volume = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
+    DdsLayout volume = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
     volume.Flags |= 0x800000;
     volume.Caps2 = 0x200000;
     volume.Depth = 2;
@@ -214,7 +214,7 @@ TEST(DdsTest, ArraysAndDeepVolumesFailAndFlatOnesLoad) {
     volume.Depth = 1;
     EXPECT_TRUE(Read(picture, Dds(volume, data)));
 
-    DdsSpec dx10Volume = Dx10(87);
+    DdsLayout dx10Volume = Dx10(87);
     dx10Volume.Dimension = 4;
     dx10Volume.Depth = 1;
     EXPECT_FALSE(Read(picture, Dds(dx10Volume, data))); // without the depth flag
@@ -223,7 +223,7 @@ TEST(DdsTest, ArraysAndDeepVolumesFailAndFlatOnesLoad) {
     dx10Volume.Depth = 2;
     EXPECT_FALSE(Read(picture, Dds(dx10Volume, data)));
 
-    DdsSpec line = Dx10(87, 4, 1);
+    DdsLayout line = Dx10(87, 4, 1);
     line.Dimension = 2;
     ASSERT_TRUE(Read(picture, Dds(line, Counting(16))));
     EXPECT_EQ(picture.Height, 1);
@@ -282,7 +282,7 @@ TEST(DdsTest, LegacyPixelFormatsMapAsTheDirect3DLoadersMapThem) {
     ExpectPixel(picture, 3, 3, three[47], three[46], three[45], 255);
 
     std::vector<uint8_t> wide = Counting(16 * 8);
-    DdsSpec sixteen;
+    DdsLayout sixteen;
     sixteen.FourCC = 36; // A16B16G16R16
     ASSERT_TRUE(Read(picture, Dds(sixteen, wide)));
     EXPECT_EQ(picture.Format, PictureRgba16);
@@ -293,7 +293,7 @@ TEST(DdsTest, LegacyPixelFormatsMapAsTheDirect3DLoadersMapThem) {
 
     // 5:6:5, luminance, and a signed or unknown FourCC fail.
     EXPECT_FALSE(Read(picture, Dds(Legacy(16, 0xf800, 0x7e0, 0x1f, 0), Counting(32))));
-    DdsSpec luminance;
+    DdsLayout luminance;
     luminance.PixelFlags = 0x20000;
     luminance.BitCount = 8;
     luminance.Masks[0] = 0xff;
@@ -307,16 +307,16 @@ TEST(DdsTest, LegacyPixelFormatsMapAsTheDirect3DLoadersMapThem) {
 
 TEST(DdsTest, MipLevelsMustAllBeThereAndPossible) {
     MPicture picture;
-    DdsSpec spec = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
-    spec.MipCount = 2;
-    EXPECT_FALSE(Read(picture, Dds(spec, Counting(16 * 4))));
-    EXPECT_FALSE(Read(picture, Dds(spec, Counting(16 * 4 + 4 * 4 - 1))));
-    ASSERT_TRUE(Read(picture, Dds(spec, Counting(16 * 4 + 4 * 4))));
+    DdsLayout layout = Legacy(32, 0xff0000, 0xff00, 0xff, 0xff000000);
+    layout.MipCount = 2;
+    EXPECT_FALSE(Read(picture, Dds(layout, Counting(16 * 4))));
+    EXPECT_FALSE(Read(picture, Dds(layout, Counting(16 * 4 + 4 * 4 - 1))));
+    ASSERT_TRUE(Read(picture, Dds(layout, Counting(16 * 4 + 4 * 4))));
     EXPECT_EQ(picture.Width, 4u);
-    spec.MipCount = 3; // 4, 2, 1
-    EXPECT_TRUE(Read(picture, Dds(spec, Counting(21 * 4))));
-    spec.MipCount = 4; // no fourth level below a side of 4
-    EXPECT_FALSE(Read(picture, Dds(spec, Counting(100 * 4))));
+    layout.MipCount = 3; // 4, 2, 1
+    EXPECT_TRUE(Read(picture, Dds(layout, Counting(21 * 4))));
+    layout.MipCount = 4; // no fourth level below a side of 4
+    EXPECT_FALSE(Read(picture, Dds(layout, Counting(100 * 4))));
 }
 
 TEST(DdsTest, BrokenHeadersFail) {
