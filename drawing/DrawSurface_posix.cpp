@@ -18,7 +18,6 @@ static MDrawOperation Entry(int32_t kind) {
     return operation;
 }
 
-
 // Only the main window exists here; its client size is the one the window
 // layer holds.
 void MDrawSurface::CreateForWindow(void* window) {

@@ -70,7 +70,6 @@ static bool CreateFactories(MDrawSurface& surface) {
     return true;
 }
 
-
 void MDrawSurface::CreateForWindow(void* window) {
     Valid = false;
     Scale = 1;

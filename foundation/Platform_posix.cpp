@@ -208,18 +208,26 @@ void Encode1252(const char16_t* s, int32_t n, Sink<char>& out) {
 
 } // namespace
 
+// The source length both conversions work on: -1 means the text up to and
+// including its terminator; 0 is returned for arguments the Win32 calls refuse.
+template <typename Source, typename Target>
+static int32_t ConvertibleLength(const Source* source, int32_t sourceLength, const Target* target,
+                                 int32_t targetLength) {
+    if (!source || targetLength < 0 || (targetLength > 0 && !target)) return 0;
+    if (sourceLength != -1) return sourceLength;
+    int32_t length = 1;
+    while (source[length - 1])
+        length++;
+    return length;
+}
+
 // As MultiByteToWideChar: a source length of -1 means the text up to and
 // including its terminator; 0 or below otherwise fails. UTF-8 takes no flags
 // (the Win32 call rejects MB_PRECOMPOSED there), Windows-1252 has nothing to
 // compose. Code pages other than 65001 and 1252 are not available here.
 int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source, int32_t sourceLength,
                      char16_t* target, int32_t targetLength) {
-    if (!source || targetLength < 0 || (targetLength > 0 && !target)) return 0;
-    if (sourceLength == -1) {
-        sourceLength = 1;
-        while (source[sourceLength - 1])
-            sourceLength++;
-    }
+    sourceLength = ConvertibleLength(source, sourceLength, target, targetLength);
     if (sourceLength <= 0) return 0;
     Sink<char16_t> out{targetLength > 0 ? target : nullptr, targetLength};
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(source);
@@ -240,12 +248,7 @@ int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source, int3
 // As WideCharToMultiByte with no flags and no default character given.
 int32_t WideToNarrow(uint32_t codePage, const char16_t* source, int32_t sourceLength, char* target,
                      int32_t targetLength) {
-    if (!source || targetLength < 0 || (targetLength > 0 && !target)) return 0;
-    if (sourceLength == -1) {
-        sourceLength = 1;
-        while (source[sourceLength - 1])
-            sourceLength++;
-    }
+    sourceLength = ConvertibleLength(source, sourceLength, target, targetLength);
     if (sourceLength <= 0) return 0;
     Sink<char> out{targetLength > 0 ? target : nullptr, targetLength};
     if (codePage == 65001)
