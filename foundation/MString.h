@@ -39,7 +39,7 @@ struct MString {
 
     bool IsEmpty() const { return Length == 0; }
     const char16_t* Chars() const { return Text ? Text : u""; } // never null
-    int32_t Find(const MString& what, int32_t from = 0) const; // -1 if absent
+    int32_t Find(const MString& what, int32_t from = 0) const;  // -1 if absent
     bool operator==(const MString& other) const;
     bool operator!=(const MString& other) const { return !(*this == other); }
 };

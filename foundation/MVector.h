@@ -18,7 +18,8 @@ template <typename T> struct MVector {
         if (this == &other) return *this;
         SetCount(0);
         if (other.Count > 0 && SetCount(other.Count))
-            for (int32_t i = 0; i < Count; i++) Data[i] = other.Data[i];
+            for (int32_t i = 0; i < Count; i++)
+                Data[i] = other.Data[i];
         return *this;
     }
     ~MVector() { delete[] Data; }
@@ -47,7 +48,8 @@ template <typename T> struct MVector {
         }
         int32_t keep = Count < count ? Count : count;
         // Moving gives the same elements as copying, without copying what they own.
-        for (int32_t i = 0; i < keep; i++) block[i] = std::move(Data[i]);
+        for (int32_t i = 0; i < keep; i++)
+            block[i] = std::move(Data[i]);
         delete[] Data;
         Data = block;
         Count = count;

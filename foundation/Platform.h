@@ -40,8 +40,7 @@ struct MessageScript {
 };
 extern MessageScript* TheMessageScript;
 // The real box; ShowMessage calls it when no script is set.
-MessageAnswer PlatformMessageBox(const MString& text, MessageIcon icon,
-                                 MessageButtons buttons);
+MessageAnswer PlatformMessageBox(const MString& text, MessageIcon icon, MessageButtons buttons);
 
 // ---- Time and keys
 uint32_t MilliSeconds(); // a millisecond clock that wraps at 32 bits
@@ -53,10 +52,10 @@ bool IsKeyDown(KeyCode key); // the asynchronous key state
 // failure. A destination length of 0 asks for the size needed. Code page 0
 // is not handled here; callers widen bytes themselves. 65001 is UTF-8.
 enum { ConvertPrecomposed = 1 };
-int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source,
-                     int32_t sourceLength, char16_t* target, int32_t targetLength);
-int32_t WideToNarrow(uint32_t codePage, const char16_t* source, int32_t sourceLength,
-                     char* target, int32_t targetLength);
+int32_t NarrowToWide(uint32_t codePage, uint32_t flags, const char* source, int32_t sourceLength,
+                     char16_t* target, int32_t targetLength);
+int32_t WideToNarrow(uint32_t codePage, const char16_t* source, int32_t sourceLength, char* target,
+                     int32_t targetLength);
 
 // ---- Case mapping in place, as CharUpperBuffW and CharLowerBuffW do.
 void UpperCaseInPlace(char16_t* text, int32_t length);
@@ -67,12 +66,13 @@ void LowerCaseInPlace(char16_t* text, int32_t length);
 // Screen_posix.cpp (a fixed 1920 by 1080 screen: the native build has no
 // window system of its own).
 struct MScreenArea {
-    int32_t Left = 0, Top = 0;      // the virtual screen may start left of or above 0
+    int32_t Left = 0, Top = 0; // the virtual screen may start left of or above 0
     int32_t Width = 0, Height = 0;
 };
 struct MScreenMetrics {
     MScreenArea Primary; // SM_CXSCREEN, SM_CYSCREEN at 0, 0
-    MScreenArea Virtual; // SM_XVIRTUALSCREEN, SM_YVIRTUALSCREEN, SM_CXVIRTUALSCREEN, SM_CYVIRTUALSCREEN
+    MScreenArea
+        Virtual; // SM_XVIRTUALSCREEN, SM_YVIRTUALSCREEN, SM_CXVIRTUALSCREEN, SM_CYVIRTUALSCREEN
 };
 MScreenArea ScreenSize();    // the primary screen
 MScreenArea VirtualScreen(); // the box around all monitors

@@ -8,8 +8,8 @@
 enum WMode { ModeDraw = 0, ModeEditSketch = 1, ModeEditRoll = 2 };
 
 extern const char16_t* const TheProgramName; // "Quillmere": class name, box titles, title start
-extern void* TheInstance;   // module handle of the process (opaque)
-extern void* TheMainWindow; // the main window (opaque), null without one
+extern void* TheInstance;                    // module handle of the process (opaque)
+extern void* TheMainWindow;                  // the main window (opaque), null without one
 extern WMode TheMode;
 extern MString TheFileName; // full path of the open sketch, empty for none
 extern bool TheLeftDown, TheRightDown;

@@ -6,8 +6,8 @@
 
 // What the menu shows: checks and enabled states of the items that change.
 struct WMenuState {
-    bool DrawFreehand = false, EditSketch = false, EditRoll = false; // checked by mode
-    bool Grid = false;                                   // checked by UseGrid
+    bool DrawFreehand = false, EditSketch = false, EditRoll = false;     // checked by mode
+    bool Grid = false;                                                   // checked by UseGrid
     bool PointWindow = false, ElementWindow = false, ModeWindow = false; // open
     bool UndoEnabled = false, RedoEnabled = false;
 };

@@ -5,10 +5,18 @@ static MString WindowText;
 static WMenuState MenuState;
 static int32_t ClientWidth = 0, ClientHeight = 0;
 
-MString MainWindowText() { return WindowText; }
-void SetMainWindowText(const MString& text) { WindowText = text; }
-void ApplyMenuState(const WMenuState& state) { MenuState = state; }
-WMenuState AppliedMenuState() { return MenuState; }
+MString MainWindowText() {
+    return WindowText;
+}
+void SetMainWindowText(const MString& text) {
+    WindowText = text;
+}
+void ApplyMenuState(const WMenuState& state) {
+    MenuState = state;
+}
+WMenuState AppliedMenuState() {
+    return MenuState;
+}
 void MainClientSize(int32_t& width, int32_t& height) {
     width = ClientWidth;
     height = ClientHeight;

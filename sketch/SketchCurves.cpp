@@ -96,7 +96,8 @@ static void AddToBounds(float bounds[6], const MPoint3& p) {
 // The bounds of the drawn path: a curve counts by the same sample points the
 // view draws, and its handles, which may stick far out, do not count.
 void WSketch::GetBounds(float bounds[6]) const {
-    for (int32_t k = 0; k < 6; k++) bounds[k] = 0;
+    for (int32_t k = 0; k < 6; k++)
+        bounds[k] = 0;
     if (PointCount < 1 || !Points.Data) return;
     const MPoint3& p0 = Points[0].Position;
     bounds[0] = bounds[1] = p0.x;

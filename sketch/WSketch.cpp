@@ -13,7 +13,9 @@ WSketch* TheSketch = nullptr;
 
 // ---- Lifetime
 
-WSketch::WSketch() { DebugOutput(u"WSketch created\n"); }
+WSketch::WSketch() {
+    DebugOutput(u"WSketch created\n");
+}
 
 // The ring goes first: it holds copies of the points and is of no use
 // without the sketch it served.
@@ -60,7 +62,8 @@ int32_t WSketch::CurveStart(int32_t index) const {
 int32_t WSketch::CurveEnd(int32_t index) const {
     if (!Points.Data || index < 0 || index >= PointCount) return -1;
     int32_t i = index;
-    while (i + 1 < PointCount && Points[i + 1].Kind != KindMove) i++;
+    while (i + 1 < PointCount && Points[i + 1].Kind != KindMove)
+        i++;
     return i;
 }
 
@@ -120,7 +123,8 @@ static bool GrowPoints(MVector<WSketchPoint>& points, int32_t capacity) {
     if (capacity <= points.Count) return true;
     MVector<WSketchPoint> bigger;
     if (!bigger.SetCount(capacity)) return false;
-    for (int32_t i = 0; i < points.Count; i++) bigger[i] = points[i];
+    for (int32_t i = 0; i < points.Count; i++)
+        bigger[i] = points[i];
     WSketchPoint* data = points.Data;
     points.Data = bigger.Data;
     points.Count = bigger.Count;
@@ -193,17 +197,21 @@ void WSketch::JoinCurves(int32_t end, int32_t start) {
 
     MVector<WSketchPoint> moved;
     if (!moved.SetCount(count)) return;
-    for (int32_t i = 0; i < count; i++) moved[i] = Points[start + i];
+    for (int32_t i = 0; i < count; i++)
+        moved[i] = Points[start + i];
 
     // Close the gap the curve leaves; the array shrinks by one in the end,
     // so no growth is needed.
-    for (int32_t i = start; i + count < PointCount; i++) Points[i] = Points[i + count];
+    for (int32_t i = start; i + count < PointCount; i++)
+        Points[i] = Points[i + count];
     PointCount -= count;
     if (start < end) end -= count;
 
     int32_t insert = count - 1;
-    for (int32_t i = PointCount - 1; i > end; i--) Points[i + insert] = Points[i];
-    for (int32_t i = 0; i < insert; i++) Points[end + 1 + i] = moved[1 + i];
+    for (int32_t i = PointCount - 1; i > end; i--)
+        Points[i + insert] = Points[i];
+    for (int32_t i = 0; i < insert; i++)
+        Points[end + 1 + i] = moved[1 + i];
     PointCount += insert;
     Current = -1;
 }
@@ -214,7 +222,8 @@ void WSketch::JoinCurves(int32_t end, int32_t start) {
 void WSketch::AppendPoints(const WSketchPoint* records, int32_t count) {
     if (!records || count < 1) return;
     if (!GrowPoints(Points, Points.Count + count)) return;
-    for (int32_t i = 0; i < count; i++) Points[PointCount + i] = records[i];
+    for (int32_t i = 0; i < count; i++)
+        Points[PointCount + i] = records[i];
     PointCount += count;
     Current = -1;
     Commit();

@@ -10,10 +10,10 @@ enum : uint8_t { KindMove = 0, KindLine = 1, KindCurve = 2 };
 
 struct WSketchPoint {
     MPoint3 Position;
-    MPoint3 HandleIn;  // absolute; second control of the segment arriving here
-    MPoint3 HandleOut; // absolute; first control of the segment leaving here
-    MPoint3 Roll;      // world direction of the cross-section; zero means none given
-    uint8_t Smooth = 1; // handles kept on opposite sides of Position
+    MPoint3 HandleIn;        // absolute; second control of the segment arriving here
+    MPoint3 HandleOut;       // absolute; first control of the segment leaving here
+    MPoint3 Roll;            // world direction of the cross-section; zero means none given
+    uint8_t Smooth = 1;      // handles kept on opposite sides of Position
     uint8_t Kind = KindMove; // what lies between the previous record and this one
 };
 

@@ -14,7 +14,9 @@ WUndoRing::WUndoRing() {
     DebugOutput(u"WUndoRing created\n");
 }
 
-WUndoRing::~WUndoRing() { DebugOutput(u"WUndoRing destroyed\n"); }
+WUndoRing::~WUndoRing() {
+    DebugOutput(u"WUndoRing destroyed\n");
+}
 
 // Exact equality: a NaN differs from everything, itself included, so a
 // record holding one makes every Commit a change.
@@ -40,7 +42,8 @@ bool WUndoRing::Push(const WSketch& sketch) {
             if (count == 0) return false;
             if (present.Points.Count >= count) {
                 int32_t i = 0;
-                while (i < count && SameRecord(present.Points[i], sketch.Points[i])) i++;
+                while (i < count && SameRecord(present.Points[i], sketch.Points[i]))
+                    i++;
                 if (i == count) return false;
             }
         }
@@ -53,7 +56,8 @@ bool WUndoRing::Push(const WSketch& sketch) {
     state.PointCount = count;
     // Slots only ever grow, so steady editing of a sketch allocates nothing.
     if (!state.Points.Grow(count, 1000)) return true;
-    for (int32_t i = 0; i < count; i++) state.Points[i] = sketch.Points[i];
+    for (int32_t i = 0; i < count; i++)
+        state.Points[i] = sketch.Points[i];
     return true;
 }
 
@@ -66,7 +70,8 @@ static void Restore(WSketch& sketch, const WSnapshot& state) {
     if (count > sketch.Points.Count) sketch.Points.Grow(count, 0);
     if (count > sketch.Points.Count) count = sketch.Points.Count;
     int32_t stored = count < state.Points.Count ? count : state.Points.Count;
-    for (int32_t i = 0; i < stored; i++) sketch.Points[i] = state.Points[i];
+    for (int32_t i = 0; i < stored; i++)
+        sketch.Points[i] = state.Points[i];
     sketch.PointCount = count;
     sketch.Current = -1;
 }

@@ -2,7 +2,7 @@
 # Installs what the builds and tests need from Debian's packages, once.
 set -euo pipefail
 packages=(
-  cmake ninja-build g++ libgtest-dev pkg-config libpng-dev libjpeg-dev
+  cmake ninja-build g++ clang-format libgtest-dev pkg-config libpng-dev libjpeg-dev
   g++-mingw-w64-x86-64-posix mingw-w64-tools
   wine wine64 fonts-wine
   xvfb xauth xdotool imagemagick

@@ -32,6 +32,8 @@ run_suite() { # preset
 }
 
 mkdir -p build
+echo "== format"
+if tools/check-format.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); status=1; fi
 run_suite native
 run_suite windows
 

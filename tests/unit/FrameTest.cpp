@@ -141,8 +141,7 @@ TEST_F(Frame, ClearsWithTheBackgroundColourOfTheSettings) {
     TheSettings->ColourBackground = MColour{30, 20, 10, 255}; // blue, green, red, alpha
     DrawFrame();
     ASSERT_NE(TheSurface, nullptr);
-    EXPECT_EQ(Lifecycle(*TheSurface),
-              u"CreateForWindow 640 480\nBegin\nClear 30 20 10 255\nEnd\n");
+    EXPECT_EQ(Lifecycle(*TheSurface), u"CreateForWindow 640 480\nBegin\nClear 30 20 10 255\nEnd\n");
 }
 
 TEST_F(Frame, NewSurfaceTakesTheDisplayScale) {

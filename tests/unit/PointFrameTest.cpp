@@ -6,11 +6,15 @@
 
 namespace {
 
-MPoint3 Row(const MMatrix& m, int i) { return P3(m.M[i][0], m.M[i][1], m.M[i][2]); }
+MPoint3 Row(const MMatrix& m, int i) {
+    return P3(m.M[i][0], m.M[i][1], m.M[i][2]);
+}
 
 // Exact equality that takes a zero of either sign as zero: a cross product of
 // axis vectors gives minus zeros here and there.
-bool Same(const MPoint3& a, const MPoint3& b) { return a.x == b.x && a.y == b.y && a.z == b.z; }
+bool Same(const MPoint3& a, const MPoint3& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
 
 ::testing::AssertionResult Near(const MPoint3& a, const MPoint3& b, float tolerance = 1e-6f) {
     if (std::fabs(a.x - b.x) <= tolerance && std::fabs(a.y - b.y) <= tolerance &&
@@ -41,7 +45,8 @@ TEST(PointFrame, ZeroRollAlongZTakesStandByY) {
         EXPECT_TRUE(Same(Row(m, 1), P3(-1, 0, 0)));
         EXPECT_TRUE(Same(Row(m, 2), P3(0, 0, 1)));
         EXPECT_TRUE(Same(Row(m, 3), P3(5, 6, 7)));
-        for (int i = 0; i < 3; i++) EXPECT_EQ(m.M[i][3], 0.0f);
+        for (int i = 0; i < 3; i++)
+            EXPECT_EQ(m.M[i][3], 0.0f);
         EXPECT_EQ(m.M[3][3], 1.0f);
         EXPECT_FALSE(m.Identity);
     }

@@ -64,8 +64,8 @@ TEST(SketchBezierPoint, NoControlsGiveTheOrigin) {
 // (2,3), t = 3/4 (3.375,2.25), t = 1 (4,0). Chords: sqrt(0.625^2 + 2.25^2) twice and sqrt(1.375^2 +
 // 0.75^2) twice, 2 * (2.33519 + 1.56624) = 7.80286.
 TEST(SketchMeasure, FourChordsOfTheArch) {
-    double expected = 2 * (std::sqrt(0.625 * 0.625 + 2.25 * 2.25) +
-                           std::sqrt(1.375 * 1.375 + 0.75 * 0.75));
+    double expected =
+        2 * (std::sqrt(0.625 * 0.625 + 2.25 * 2.25) + std::sqrt(1.375 * 1.375 + 0.75 * 0.75));
     EXPECT_NEAR(MeasureCubic(Arch), expected, 1e-5);
     // The sampled curve is longer than its four chords.
     float sampled = 0;
@@ -110,7 +110,8 @@ TEST(SketchCurveSteps, HandWorkedCounts) {
 // same count as the same segment at the origin.
 TEST(SketchCurveSteps, ShiftDoesNotChangeTheCount) {
     MPoint3 shifted[4];
-    for (int k = 0; k < 4; k++) shifted[k] = Arch[k] + P3(1000, -500, 250);
+    for (int k = 0; k < 4; k++)
+        shifted[k] = Arch[k] + P3(1000, -500, 250);
     EXPECT_EQ(CurveSteps(shifted), CurveSteps(Arch));
 }
 
@@ -127,7 +128,8 @@ TEST(SketchBounds, EmptySketchIsAllZero) {
     WSketch s;
     float b[6] = {9, 9, 9, 9, 9, 9};
     s.GetBounds(b);
-    for (float v : b) EXPECT_EQ(v, 0.0f);
+    for (float v : b)
+        EXPECT_EQ(v, 0.0f);
 }
 
 TEST(SketchBounds, LinesAndMovesAddTheirPositions) {
@@ -255,11 +257,21 @@ TEST(SketchIsFlat, ExactCompares) {
         Fill(s, {Record(0, 0, 2.5f, KindMove), Record(7, 1, 2.5f, KindLine)});
         WSketchPoint& p = s.Points[1];
         switch (field) {
-        case 0: p.Position.z = above; break;
-        case 1: p.HandleIn.z = above; break;
-        case 2: p.HandleOut.z = above; break;
-        case 3: p.Roll.x = 1e-30f; break;
-        case 4: p.Roll.y = -1e-30f; break;
+        case 0:
+            p.Position.z = above;
+            break;
+        case 1:
+            p.HandleIn.z = above;
+            break;
+        case 2:
+            p.HandleOut.z = above;
+            break;
+        case 3:
+            p.Roll.x = 1e-30f;
+            break;
+        case 4:
+            p.Roll.y = -1e-30f;
+            break;
         }
         EXPECT_FALSE(s.IsFlat()) << "field " << field;
     }

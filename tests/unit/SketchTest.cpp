@@ -16,14 +16,13 @@ namespace {
 
 // A closed curve of six records: 0 and 5 are twins at the origin.
 std::vector<WSketchPoint> ClosedSix(float dx = 0) {
-    return {Record(dx + 0, 0, 0, KindMove),  Record(dx + 10, 0, 0, KindLine),
+    return {Record(dx + 0, 0, 0, KindMove),   Record(dx + 10, 0, 0, KindLine),
             Record(dx + 20, 0, 0, KindCurve), Record(dx + 30, 5, 0, KindLine),
             Record(dx + 20, 10, 0, KindLine), Record(dx + 0, 0, 0, KindLine)};
 }
 
 std::vector<WSketchPoint> OpenThree(float dx) {
-    return {Record(dx, 0, 0, KindMove), Record(dx, 10, 0, KindLine),
-            Record(dx, 20, 0, KindLine)};
+    return {Record(dx, 0, 0, KindMove), Record(dx, 10, 0, KindLine), Record(dx, 20, 0, KindLine)};
 }
 
 std::vector<WSketchPoint> Join(std::vector<WSketchPoint> a, const std::vector<WSketchPoint>& b) {
@@ -41,7 +40,8 @@ std::vector<std::pair<float, float>> Positions(const WSketch& s) {
 
 std::vector<int> Kinds(const WSketch& s) {
     std::vector<int> out;
-    for (int32_t i = 0; i < s.PointCount; i++) out.push_back(s.Points[i].Kind);
+    for (int32_t i = 0; i < s.PointCount; i++)
+        out.push_back(s.Points[i].Kind);
     return out;
 }
 
@@ -107,7 +107,8 @@ TEST(SketchTwins, InnerRecordsAndOpenCurvesHaveNoTwin) {
     EXPECT_EQ(s.FindTwin(0), 3);
     WSketch open;
     Fill(open, OpenThree(0));
-    for (int32_t i = 0; i < 3; i++) EXPECT_EQ(open.FindTwin(i), -1);
+    for (int32_t i = 0; i < 3; i++)
+        EXPECT_EQ(open.FindTwin(i), -1);
     EXPECT_TRUE(CheckInvariants(open));
 }
 
@@ -138,8 +139,8 @@ TEST(SketchTwins, CoincidenceLimit) {
     EXPECT_EQ(s.FindTwin(0), 2);
     EXPECT_EQ(s.FindTwin(2), 0);
     WSketch t;
-    Fill(t, {Record(1, 2, 3, KindMove), Record(4, 4, 4, KindLine),
-             Record(1, 2.0001f, 3, KindLine)});
+    Fill(t,
+         {Record(1, 2, 3, KindMove), Record(4, 4, 4, KindLine), Record(1, 2.0001f, 3, KindLine)});
     EXPECT_EQ(t.FindTwin(0), -1);
     EXPECT_EQ(t.FindTwin(2), -1);
 }
@@ -153,7 +154,8 @@ TEST(SketchSetPoint, OutOfRangeChangesNothing) {
     s.SetPoint(-1, Record(9, 9, 9, KindLine));
     s.SetPoint(6, Record(9, 9, 9, KindLine));
     ASSERT_EQ(s.PointCount, 6);
-    for (int32_t i = 0; i < 6; i++) EXPECT_TRUE(SameRecordBits(s.Points[i], before[size_t(i)]));
+    for (int32_t i = 0; i < 6; i++)
+        EXPECT_TRUE(SameRecordBits(s.Points[i], before[size_t(i)]));
     EXPECT_TRUE(CheckInvariants(s));
 }
 
@@ -292,8 +294,8 @@ TEST(SketchSetPoint, KindMoveInsideClosedCurveCutsItOpen) {
     s.SetPoint(3, r);
     EXPECT_EQ(s.PointCount, 5);
     EXPECT_EQ(s.Current, -1);
-    EXPECT_EQ(Positions(s), (std::vector<std::pair<float, float>>{
-                                {30, 5}, {20, 10}, {0, 0}, {10, 0}, {20, 0}}));
+    EXPECT_EQ(Positions(s),
+              (std::vector<std::pair<float, float>>{{30, 5}, {20, 10}, {0, 0}, {10, 0}, {20, 0}}));
     EXPECT_EQ(Kinds(s), (std::vector<int>{KindMove, KindLine, KindLine, KindLine, KindCurve}));
     EXPECT_EQ(s.CurveEnd(0), 4);
     EXPECT_EQ(s.FindTwin(0), -1);
@@ -307,9 +309,9 @@ TEST(SketchSetPoint, CutClosedCurveBehindAnOpenCurve) {
     r.Kind = KindMove;
     s.SetPoint(6, r);
     EXPECT_EQ(s.PointCount, 8);
-    EXPECT_EQ(Positions(s), (std::vector<std::pair<float, float>>{
-                                {100, 0}, {100, 10}, {100, 20}, {30, 5}, {20, 10}, {0, 0},
-                                {10, 0}, {20, 0}}));
+    EXPECT_EQ(Positions(s),
+              (std::vector<std::pair<float, float>>{
+                  {100, 0}, {100, 10}, {100, 20}, {30, 5}, {20, 10}, {0, 0}, {10, 0}, {20, 0}}));
     EXPECT_EQ(s.CurveEnd(3), 7);
     EXPECT_TRUE(CheckInvariants(s));
 }
@@ -321,9 +323,9 @@ TEST(SketchSetPoint, CutClosedCurveBeforeAnOpenCurve) {
     r.Kind = KindMove;
     s.SetPoint(2, r);
     EXPECT_EQ(s.PointCount, 8);
-    EXPECT_EQ(Positions(s), (std::vector<std::pair<float, float>>{
-                                {20, 0}, {30, 5}, {20, 10}, {0, 0}, {10, 0}, {100, 0},
-                                {100, 10}, {100, 20}}));
+    EXPECT_EQ(Positions(s),
+              (std::vector<std::pair<float, float>>{
+                  {20, 0}, {30, 5}, {20, 10}, {0, 0}, {10, 0}, {100, 0}, {100, 10}, {100, 20}}));
     EXPECT_EQ(s.CurveEnd(0), 4);
     EXPECT_EQ(s.CurveStart(5), 5);
     EXPECT_TRUE(CheckInvariants(s));
@@ -373,7 +375,8 @@ TEST(SketchJoinCurves, AppendsTheLaterCurveBehindTheEnd) {
     EXPECT_TRUE(SameBits(s.Points[1].Position, P3(15, 1, 2))); // the mean
     EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(9, 0, 0)));  // handles of end stay
     EXPECT_TRUE(SameBits(s.Points[1].HandleOut, P3(11, 1, 0)));
-    EXPECT_EQ(Positions(s), (std::vector<std::pair<float, float>>{{0, 0}, {15, 1}, {30, 0}, {40, 0}}));
+    EXPECT_EQ(Positions(s),
+              (std::vector<std::pair<float, float>>{{0, 0}, {15, 1}, {30, 0}, {40, 0}}));
     EXPECT_EQ(Kinds(s), (std::vector<int>{KindMove, KindLine, KindCurve, KindLine}));
     EXPECT_EQ(s.Current, -1);
     EXPECT_TRUE(CheckInvariants(s));
@@ -403,7 +406,8 @@ TEST(SketchJoinCurves, RefusedPairsChangeNothing) {
     s.JoinCurves(-1, 4); // out of range
     s.JoinCurves(2, 7);
     ASSERT_EQ(s.PointCount, 7);
-    for (int32_t i = 0; i < 7; i++) EXPECT_TRUE(SameRecordBits(s.Points[i], before[size_t(i)]));
+    for (int32_t i = 0; i < 7; i++)
+        EXPECT_TRUE(SameRecordBits(s.Points[i], before[size_t(i)]));
     EXPECT_EQ(s.Current, 1);
     EXPECT_TRUE(CheckInvariants(s));
 }
@@ -546,7 +550,8 @@ TEST_F(SketchGlobal, AppendPointsCommitsAndChangesTheTitle) {
     s.Current = 0;
     s.AppendPoints(records.data(), 3);
     EXPECT_EQ(s.PointCount, 3);
-    for (int32_t i = 0; i < 3; i++) EXPECT_TRUE(SameRecordBits(s.Points[i], records[size_t(i)]));
+    for (int32_t i = 0; i < 3; i++)
+        EXPECT_TRUE(SameRecordBits(s.Points[i], records[size_t(i)]));
     EXPECT_EQ(s.Modified, 1);
     EXPECT_EQ(s.Current, -1);
     EXPECT_EQ(s.Undo->Depth, 2);

@@ -11,9 +11,13 @@
 #include <string>
 #include <vector>
 
-inline std::u16string Text(const MString& text) { return std::u16string(text.Chars()); }
+inline std::u16string Text(const MString& text) {
+    return std::u16string(text.Chars());
+}
 
-inline MPoint3 P3(float x, float y, float z) { return MPoint3{x, y, z}; }
+inline MPoint3 P3(float x, float y, float z) {
+    return MPoint3{x, y, z};
+}
 
 // A record with both handles on its position, roll (0, 0, 1), smooth.
 inline WSketchPoint Record(float x, float y, float z, uint8_t kind) {
@@ -35,8 +39,8 @@ inline bool SameBits(const MPoint3& a, const MPoint3& b) {
 
 inline bool SameRecordBits(const WSketchPoint& a, const WSketchPoint& b) {
     return SameBits(a.Position, b.Position) && SameBits(a.HandleIn, b.HandleIn) &&
-           SameBits(a.HandleOut, b.HandleOut) && SameBits(a.Roll, b.Roll) &&
-           a.Smooth == b.Smooth && a.Kind == b.Kind;
+           SameBits(a.HandleOut, b.HandleOut) && SameBits(a.Roll, b.Roll) && a.Smooth == b.Smooth &&
+           a.Kind == b.Kind;
 }
 
 // Fills the sketch with exactly these records; the capacity equals the count
@@ -45,13 +49,15 @@ inline void Fill(WSketch& sketch, const std::vector<WSketchPoint>& records, int3
     int32_t count = int32_t(records.size());
     sketch.Points.SetCount(0);
     sketch.Points.SetCount(capacity > count ? capacity : count);
-    for (int32_t i = 0; i < count; i++) sketch.Points[i] = records[size_t(i)];
+    for (int32_t i = 0; i < count; i++)
+        sketch.Points[i] = records[size_t(i)];
     sketch.PointCount = count;
 }
 
 inline std::vector<WSketchPoint> Records(const WSketch& sketch) {
     std::vector<WSketchPoint> out;
-    for (int32_t i = 0; i < sketch.PointCount; i++) out.push_back(sketch.Points[i]);
+    for (int32_t i = 0; i < sketch.PointCount; i++)
+        out.push_back(sketch.Points[i]);
     return out;
 }
 
@@ -74,8 +80,8 @@ inline ::testing::AssertionResult CheckInvariants(const WSketch& s) {
         if (p.Kind > KindCurve) return ::testing::AssertionFailure() << "bad Kind at " << i;
         int32_t start = s.CurveStart(i), end = s.CurveEnd(i);
         if (start < 0 || start > i || end < i || end > last)
-            return ::testing::AssertionFailure() << "curve of " << i << " is " << start << ".."
-                                                 << end;
+            return ::testing::AssertionFailure()
+                   << "curve of " << i << " is " << start << ".." << end;
         if (s.Points[start].Kind != KindMove)
             return ::testing::AssertionFailure() << "curve of " << i << " opens without KindMove";
         for (int32_t k = start + 1; k <= end; k++)

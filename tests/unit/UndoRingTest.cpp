@@ -145,7 +145,8 @@ TEST_F(UndoRing, CommitAfterUndoFindingThePresentStateKeepsRedo) {
 }
 
 TEST_F(UndoRing, ARealEditAfterUndoDropsAllRedoStates) {
-    for (int k = 1; k <= 5; k++) Edit(k);
+    for (int k = 1; k <= 5; k++)
+        Edit(k);
     UndoSketch();
     UndoSketch();
     UndoSketch();
@@ -205,10 +206,12 @@ TEST_F(UndoRing, MenuFollowsDepthAndRedoDepth) {
 // 101 states (the empty one and 100 edits): the first is overwritten, 99
 // undos reach edit 1 and the 100th is refused.
 TEST_F(UndoRing, TheHundredAndFirstStateOverwritesTheFirst) {
-    for (int k = 1; k <= 100; k++) Edit(k);
+    for (int k = 1; k <= 100; k++)
+        Edit(k);
     EXPECT_EQ(Ring().Depth, 100);
     EXPECT_EQ(Ring().Slot, 1); // slot 1 held the empty sketch
-    for (int n = 0; n < 99; n++) UndoSketch();
+    for (int n = 0; n < 99; n++)
+        UndoSketch();
     EXPECT_EQ(Ring().Depth, 1);
     EXPECT_EQ(S().PointCount, 1);
     EXPECT_EQ(X(), 1);
@@ -317,7 +320,8 @@ TEST_F(UndoRing, SlotsGrowInSteps) {
     EXPECT_EQ(Ring().Snapshots[3].Points.Count, 1501); // empty slot: what is missing
     EXPECT_EQ(Ring().Snapshots[3].PointCount, 1501);
     // Fill the ring round to slot 2 again, which holds 1000.
-    for (int k = 0; k < 99; k++) Edit(1000 + k);
+    for (int k = 0; k < 99; k++)
+        Edit(1000 + k);
     ASSERT_EQ(Ring().Slot, 2);
     EXPECT_EQ(Ring().Snapshots[2].Points.Count, 2000); // 501 missing, grown by 1000
     WSketch& s = S();
