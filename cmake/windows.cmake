@@ -43,3 +43,30 @@ foreach(script ${E2E_SCRIPTS})
   set_tests_properties(e2e_${name} PROPERTIES RUN_SERIAL TRUE TIMEOUT 240
     ENVIRONMENT "QUILLMERE_OUTPUT=${CMAKE_BINARY_DIR}/e2e")
 endforeach()
+
+# ---- The package a user installs: Quillmere.exe with media/ beside it, as a
+# ZIP and as an installer with a start menu entry and an uninstaller.
+install(TARGETS Quillmere RUNTIME DESTINATION .)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/media/ DESTINATION media)
+set(CPACK_PACKAGE_NAME Quillmere)
+set(CPACK_PACKAGE_VENDOR Brambleworks)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Three-dimensional vector paths for Cinderlane shows")
+set(CPACK_PACKAGE_FILE_NAME Quillmere-${PROJECT_VERSION})
+set(CPACK_PACKAGE_INSTALL_DIRECTORY Quillmere)
+set(CPACK_PACKAGE_EXECUTABLES Quillmere Quillmere)
+set(CPACK_GENERATOR ZIP NSIS)
+set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
+set(CPACK_NSIS_DISPLAY_NAME "Quillmere ${PROJECT_VERSION}")
+set(CPACK_NSIS_PACKAGE_NAME Quillmere)
+set(CPACK_NSIS_INSTALLED_ICON_NAME Quillmere.exe)
+set(CPACK_NSIS_MUI_ICON ${CMAKE_SOURCE_DIR}/resources/Quillmere.ico)
+set(CPACK_NSIS_MUI_UNIICON ${CMAKE_SOURCE_DIR}/resources/Quillmere.ico)
+set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
+set(CPACK_NSIS_EXECUTABLES_DIRECTORY .)
+set(CPACK_NSIS_MUI_FINISHPAGE_RUN Quillmere.exe)
+include(CPack)
+add_test(NAME package_contents
+  COMMAND bash ${CMAKE_SOURCE_DIR}/tests/package/check_package.sh ${CMAKE_BINARY_DIR}
+          ${CMAKE_BINARY_DIR}/package-check)
+set_tests_properties(package_contents PROPERTIES TIMEOUT 600)

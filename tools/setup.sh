@@ -6,7 +6,8 @@ packages=(
   g++-mingw-w64-x86-64-posix mingw-w64-tools
   wine wine64 fonts-wine
   xvfb xauth xdotool imagemagick
-  potrace ghostscript python3 python3-cairo libsquish-dev libgif-dev libtiff-dev
+  potrace ghostscript python3 python3-cairo libsquish-dev libgif-dev libtiff-dev nsis
+  p7zip-full unzip
 )
 missing=()
 for p in "${packages[@]}"; do
