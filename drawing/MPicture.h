@@ -8,6 +8,7 @@
 #include "foundation/MVector.h"
 #include "shell/WSettings.h"
 
+#include <cstddef>
 #include <cstdint>
 
 // The nine pixel layouts. The 8-bit formats are blue first and the wider ones
@@ -146,6 +147,10 @@ MPictureContainer PictureContainer(const MString& extension);
 // ---- The platform's decoders and encoders (PictureWic_win.cpp on Windows,
 // PictureDecode_posix.cpp natively).
 bool PlatformLoadPicture(MPicture& picture, const MString& path);
+// The native build's decoding of a file's bytes, as PlatformLoadPicture does
+// after reading them: PNG, JPEG, GIF, TIFF or BMP by the first bytes. The
+// Windows build decodes through its imaging component and has no such entry.
+bool DecodePictureMemory(MPicture& picture, const uint8_t* data, size_t size);
 // Writes picture into a container other than none, in format 4 whatever the
 // picture's own format.
 bool PlatformSavePicture(const MPicture& picture, const MString& path, MPictureContainer container);

@@ -575,8 +575,12 @@ bool PlatformLoadPicture(MPicture& picture, const MString& path) {
     picture.Free();
     MFile file;
     if (!file.Open(path, false, true) || !file.InMemory) return false;
-    const uint8_t* data = file.Memory.Data;
-    size_t size = size_t(file.Memory.Count);
+    return DecodePictureMemory(picture, file.Memory.Data, size_t(file.Memory.Count));
+}
+
+bool DecodePictureMemory(MPicture& picture, const uint8_t* data, size_t size) {
+    picture.Free();
+    if (!data) return false;
     auto startsWith = [&](const char* mark, size_t length) {
         return size >= length && std::memcmp(data, mark, length) == 0;
     };

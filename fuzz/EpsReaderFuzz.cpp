@@ -1,15 +1,10 @@
 // Fuzz target of the PostScript reader: arbitrary bytes read as an EPS file,
 // once as they are and once behind a cairo creator line and the end of a
 // page setup, so that the byte rewrite of cairo's page content always runs;
-// and the rewrite alone on a copy of the bytes. Not built by CMake; build and
-// run it with clang's libFuzzer from the repository root:
+// and the rewrite alone on a copy of the bytes.
 //
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. \
-//       fuzz/EpsReaderFuzz.cpp eps/EpsReader.cpp eps/CairoFix.cpp \
-//       foundation/MTextFile.cpp foundation/MFile.cpp foundation/MFile_posix.cpp \
-//       foundation/MString.cpp foundation/Platform.cpp foundation/Platform_posix.cpp \
-//       view/Geometry.cpp -o build/EpsReaderFuzz
-//   build/EpsReaderFuzz -max_total_time=120 -max_len=8192
+// Seeds: tests/data/potrace/*.eps tests/data/cairo/*.eps
+// Max length: 65536
 
 #include "eps/EpsReader.h"
 
@@ -18,11 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <vector>
-
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
 
 namespace {
 

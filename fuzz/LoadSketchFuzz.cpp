@@ -1,17 +1,10 @@
 // Fuzz target of the sketch load: arbitrary bytes loaded as an EPS file or a
 // track file (the first byte chooses), through the whole finish with its
 // clean-up, into the one sketch, with message boxes answered by a script.
-// Not built by CMake; build and run it with clang's libFuzzer from the
-// repository root (the whole portable core goes in, as a track file reaches
-// the element generator and the view):
 //
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. \
-//       fuzz/LoadSketchFuzz.cpp $(ls foundation/*.cpp sketch/*.cpp elements/*.cpp \
-//       eps/*.cpp show/*.cpp shell/*.cpp view/*.cpp | grep -v _win) \
-//       drawing/DrawSurface_posix.cpp -o build/LoadSketchFuzz
-//   build/LoadSketchFuzz -max_total_time=120 -max_len=4096 -close_fd_mask=2
-//
-// The last option silences the debug output, which goes to stderr.
+// Seeds: tests/data/potrace/*.eps tests/data/cairo/*.eps
+// Seed prefix: \000
+// Max length: 65536
 
 #include "elements/WElement.h"
 #include "eps/LoadSketch.h"

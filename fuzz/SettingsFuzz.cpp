@@ -1,14 +1,9 @@
 // Fuzz target of the settings reader: arbitrary bytes read as a settings file
-// from memory, then the limits that hold after any file checked. Not built by
-// CMake; build and run it with clang's libFuzzer from the repository root:
+// from memory, then the limits that hold after any file checked.
 //
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. \
-//       fuzz/SettingsFuzz.cpp shell/WSettings.cpp foundation/MTextFile.cpp \
-//       foundation/MFile.cpp foundation/MFile_posix.cpp foundation/MString.cpp \
-//       foundation/Platform.cpp foundation/Platform_posix.cpp foundation/Folders.cpp \
-//       foundation/Folders_posix.cpp foundation/Screen.cpp foundation/Screen_posix.cpp \
-//       -o build/SettingsFuzz
-//   build/SettingsFuzz -max_total_time=60 -max_len=4096 -dict=fuzz/settings.dict
+// Seeds: tests/data/settings/*.txt
+// Dictionary: fuzz/settings.dict
+// Max length: 4096
 
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
@@ -16,11 +11,6 @@
 
 #include <cstddef>
 #include <cstdint>
-
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
 
 namespace {
 

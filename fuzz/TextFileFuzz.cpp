@@ -1,23 +1,14 @@
 // Fuzz target of the text stream: lines, tokens and escapes from arbitrary
 // bytes, read with the encoding its mark gives and then with each of the four
-// encodings forced, plus the whole-text decoder. Not built by CMake; build
-// and run it with clang's libFuzzer from the repository root:
+// encodings forced, plus the whole-text decoder.
 //
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. \
-//       fuzz/TextFileFuzz.cpp foundation/MTextFile.cpp foundation/MFile.cpp \
-//       foundation/MFile_posix.cpp foundation/MString.cpp foundation/Platform.cpp \
-//       foundation/Platform_posix.cpp -o build/TextFileFuzz
-//   build/TextFileFuzz -max_total_time=60 -max_len=4096
+// Seeds: tests/data/settings/*.txt tests/data/cairo/*.txt
+// Max length: 4096
 
 #include "foundation/MTextFile.h"
 
 #include <cstddef>
 #include <cstdint>
-
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
 
 namespace {
 

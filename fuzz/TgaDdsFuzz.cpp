@@ -1,20 +1,10 @@
 // Fuzz target of the picture readers that are ours: TGA, DDS with its block
 // decoders, and the native build's BMP reader, all from memory. Each loaded
 // picture is read back pixel by pixel, resampled and written as DDS again, so
-// that whatever a reader accepts is a picture the rest can take. Not built by
-// CMake; build and run it with clang's libFuzzer from the repository root:
+// that whatever a reader accepts is a picture the rest can take.
 //
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. \
-//       fuzz/TgaDdsFuzz.cpp drawing/TgaReader.cpp drawing/DdsReader.cpp \
-//       drawing/DdsWriter.cpp drawing/BlockDecode.cpp drawing/BmpFile.cpp \
-//       drawing/MPicture.cpp drawing/Resample.cpp drawing/PictureDecode_posix.cpp \
-//       foundation/MFile.cpp foundation/MFile_posix.cpp foundation/MString.cpp \
-//       foundation/Platform.cpp foundation/Platform_posix.cpp \
-//       -lpng -ljpeg -lgif -ltiff -o build/TgaDdsFuzz
-//   mkdir -p build/tga-dds-corpus
-//   cp tests/data/pictures/*.tga tests/data/pictures/*.dds tests/data/pictures/*.bmp \
-//       build/tga-dds-corpus/
-//   build/TgaDdsFuzz -max_total_time=60 -max_len=65536 build/tga-dds-corpus
+// Seeds: tests/data/pictures/*.tga tests/data/pictures/*.dds tests/data/pictures/*.bmp
+// Max length: 65536
 
 #include "drawing/BmpFile.h"
 #include "drawing/MPicture.h"
@@ -22,11 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
 
 namespace {
 

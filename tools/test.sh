@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: the portable core natively, the same
 # unit tests and the Windows-side tests under Wine, and the user journeys that
-# drive Quillmere.exe in Xvfb. Ends with one summary line.
+# drive Quillmere.exe in Xvfb, and every fuzz target for a few seconds. Ends
+# with one summary line.
 set -uo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$here"
@@ -36,6 +37,20 @@ echo "== format"
 if tools/check-format.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); status=1; fi
 run_suite native
 run_suite windows
+
+# Every fuzz target for a few seconds, each counted as a test.
+echo "== fuzz: smoke"
+fuzzlog="$here/build/fuzz-smoke.log"
+FUZZ_JOBS=2 tools/fuzz.sh "${FUZZ_SMOKE_SECONDS:-3}" 2>&1 | tee "$fuzzlog"
+fuzzstatus=${PIPESTATUS[0]}
+fuzzed=$(grep -c '^fuzz .*no finding$' "$fuzzlog")
+fuzzfailed=$(grep -c '^fuzz .*FAILED' "$fuzzlog")
+passed=$((passed + fuzzed))
+failed=$((failed + fuzzfailed))
+if [ "$fuzzstatus" -ne 0 ]; then
+    status=1
+    [ "$fuzzfailed" -eq 0 ] && failed=$((failed + 1))
+fi
 
 echo
 echo "Summary: $passed passed, $failed failed"
