@@ -7,8 +7,7 @@
 #include "drawing/DrawSurfacePlatform.h"
 #include "drawing/MDrawSurface.h"
 #include "drawing/MPicture.h"
-#include "shell/Shell.h"
-#include "shell/Window.h"
+#include "foundation/Program.h"
 
 #include <new>
 

@@ -3,8 +3,8 @@
 #include "drawing/FilePrompt.h"
 
 #include "drawing/MMediaTypes.h"
-#include "shell/Shell.h"
-#include "shell/WSettings.h"
+#include "foundation/Program.h"
+#include "foundation/Settings.h"
 
 FilePromptScript* TheFilePromptScript = nullptr;
 

@@ -11,9 +11,10 @@
 // kept as opaque pointers: no Win32 type shows here. A file that includes
 // <windows.h> must #undef DrawText to reach MDrawSurface::DrawText.
 
+#include "foundation/MColour.h"
 #include "foundation/MString.h"
 #include "foundation/MVector.h"
-#include "shell/WSettings.h"
+#include "foundation/WRect.h"
 #include "view/Geometry.h"
 #include <cstdint>
 

@@ -4,9 +4,10 @@
 // extension (the TGA reader, the DDS reader, or the platform's decoders),
 // saved, cropped and resampled. Every loader delivers rows top-down.
 
+#include "foundation/MColour.h"
 #include "foundation/MString.h"
 #include "foundation/MVector.h"
-#include "shell/WSettings.h"
+#include "foundation/WRect.h"
 
 #include <cstddef>
 #include <cstdint>

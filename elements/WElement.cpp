@@ -5,7 +5,8 @@
 #include "elements/ElementPieces.h"
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
-#include "shell/Shell.h"
+#include "foundation/WMode.h"
+#include "sketch/ModelHooks.h"
 #include "view/WView.h"
 
 #include <new>
@@ -125,8 +126,8 @@ void WElement::Add(uint32_t id, float p1, float p2, float p3, float p4) {
     // 11. An element is edited, not drawn over.
     if (TheMode == ModeDraw) {
         TheMode = ModeEditSketch;
-        RefreshTitle();
-        RefreshMenu();
+        AskShowTitle();
+        AskShowMenuState();
     }
     // 12. The local list is released with the piece.
 }

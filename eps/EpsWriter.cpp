@@ -5,7 +5,7 @@
 
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "show/WriteShows.h"
 #include "sketch/WSketch.h"
 

@@ -7,7 +7,7 @@
 #include "eps/EpsReader.h"
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "sketch/WSketch.h"
 #include "sketch/WUndoRing.h"
 

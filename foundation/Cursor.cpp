@@ -2,7 +2,7 @@
 
 #include "foundation/Platform.h"
 
-#include "shell/Shell.h"
+#include "foundation/Program.h"
 
 MCursorMove TheLastCursorMove;
 

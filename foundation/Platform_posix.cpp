@@ -7,7 +7,7 @@
 #include "foundation/Platform.h"
 
 #include "foundation/MString.h"
-#include "shell/Shell.h"
+#include "foundation/Program.h"
 
 #include <clocale>
 #include <cstdio>

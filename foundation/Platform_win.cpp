@@ -4,7 +4,7 @@
 #include "foundation/Platform.h"
 
 #include "foundation/MString.h"
-#include "shell/Shell.h"
+#include "foundation/Program.h"
 
 #include <windows.h>
 

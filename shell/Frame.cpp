@@ -2,9 +2,12 @@
 
 #include "drawing/MDrawSurface.h"
 #include "foundation/Platform.h"
+#include "shell/Background.h"
 #include "shell/Shell.h"
 #include "shell/WSettings.h"
 #include "shell/Window.h"
+#include "sketch/WRecording.h"
+#include "sketch/WSketch.h"
 #include "view/Scene.h"
 #include "view/WView.h"
 
@@ -46,6 +49,19 @@ static bool CreateSurface(int32_t width, int32_t height) {
     return true;
 }
 
+WSceneContent FrameScene() {
+    WSceneContent content;
+    content.View = TheView;
+    content.Settings = TheSettings;
+    content.Mode = TheMode;
+    content.Sketch = TheSketch;
+    content.Recording = TheRecording;
+    content.Background.Bitmap = TheBackground;
+    content.Background.Zoom = TheBackgroundZoom;
+    content.Background.Pivot = TheBackgroundPivot;
+    return content;
+}
+
 void DrawFrame() {
     int32_t width = 0, height = 0;
     MainClientSize(width, height);
@@ -55,6 +71,6 @@ void DrawFrame() {
     if (!TheSurface && !CreateSurface(width, height)) return;
     if (!TheSurface->Begin()) return;
     TheSurface->Clear(TheSettings ? TheSettings->ColourBackground : DefaultBackground);
-    DrawScene(*TheSurface);
+    DrawScene(*TheSurface, FrameScene());
     TheSurface->End();
 }

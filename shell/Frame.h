@@ -1,6 +1,8 @@
 #pragma once
 // One frame of the main window: drawn whenever no message waits.
 
+#include "view/Scene.h"
+
 struct MDrawSurface;
 
 // The main window's drawing surface, or null before the first frame and
@@ -19,6 +21,10 @@ void DrawFrame();
 // DisplaySize is 0 or the quotient is 0, when the surface keeps its scale.
 // Nothing without settings.
 void ApplyDisplayScale(MDrawSurface& surface);
+
+// What the frame draws now: the shell's view, settings, mode, sketch,
+// running stroke and background picture.
+WSceneContent FrameScene();
 
 // Destroys TheSurface if there is one (a size change, and the end of the
 // program).

@@ -4,6 +4,7 @@
 
 #include "shell/Input.h"
 
+#include "foundation/Platform.h"
 #include "shell/Shell.h"
 #include "shell/SketchFile.h"
 #include "shell/ToolWindows.h"
@@ -18,14 +19,31 @@ static bool EditMode() {
     return TheMode == ModeEditSketch || TheMode == ModeEditRoll;
 }
 
+// The pointer jump must not reach the drag as a mouse move. Turning the
+// mouse off covers a move delivered during the call; on Windows the move
+// that SetCursorPos causes arrives later, with the mouse on again, so the
+// drag is also measured from the target from now on: that move then changes
+// nothing, and the handle stays under the pointer.
+static void MovePointerTo(const MPoint2& target) {
+    bool enabled = TheMouseEnabled;
+    TheMouseEnabled = false;
+    SetCursorClientPosition(target.x, target.y);
+    TheMouseEnabled = enabled;
+    TheLastMouse = target;
+}
+
 static bool HasCurrent(const WSketch& sketch) {
     return sketch.Current >= 0 && sketch.Current < sketch.PointCount;
 }
 
 // The selection under the cursor: a point, handle or roll tip, and failing
 // that a place on the path.
+// A handle picked on a curve gets the pointer, so that the rest of the drag
+// moves it from where it is.
 static void SelectAt(WSketch& sketch, const MPoint2& position, bool preferLater) {
-    if (!sketch.HitTest(position, preferLater)) sketch.HitCurve(position);
+    MPoint2 handle;
+    if (!sketch.HitTest(position, preferLater) && sketch.HitCurve(position, &handle))
+        MovePointerTo(handle);
     RefreshPointWindow();
 }
 

@@ -1,30 +1,13 @@
 #include "shell/Shell.h"
+#include "shell/ToolWindows.h"
 #include "shell/WSettings.h"
 #include "shell/Window.h"
+#include "sketch/ModelHooks.h"
 #include "sketch/WSketch.h"
 #include "sketch/WUndoRing.h"
 
-const char16_t* const TheProgramName = u"Quillmere";
-void* TheInstance = nullptr;
-void* TheMainWindow = nullptr;
-WMode TheMode = ModeDraw;
-MString TheFileName;
 bool TheLeftDown = false, TheRightDown = false;
 MPoint2 TheLastMouse;
-bool TheMouseEnabled = true;
-
-MString ModeText(int mode) {
-    switch (mode) {
-    case ModeDraw:
-        return MString(u"DRAW FREEHAND");
-    case ModeEditSketch:
-        return MString(u"EDIT SKETCH");
-    case ModeEditRoll:
-        return MString(u"EDIT ROLL");
-    default:
-        return MString(u"UNKNOWN MODE");
-    }
-}
 
 // The file part begins behind the last "/", "\" or ":".
 static MString FilePart(const MString& path) {
@@ -64,4 +47,10 @@ void RefreshMenu() {
         state.RedoEnabled = TheSketch->Undo->RedoDepth >= 1;
     }
     ApplyMenuState(state);
+}
+
+void InstallModelHooks() {
+    TheModelHooks.ShowMenuState = RefreshMenu;
+    TheModelHooks.ShowTitle = RefreshTitle;
+    TheModelHooks.ShowSelection = RefreshPointWindow;
 }

@@ -16,6 +16,8 @@ bool StartSettings() {
 }
 
 int32_t CreateModelObjects() {
+    // The model tells the windows of its changes from its first commit on.
+    InstallModelHooks();
     // Step 9: the element table checks itself as it is made; its messages are
     // for developers, and the start goes on after them.
     if (!CreateElement()) return ShutdownElement;

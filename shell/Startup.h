@@ -27,11 +27,11 @@ enum WShutdownStep : int32_t {
 // when there is no settings object.
 bool StartSettings();
 
-// Start-up steps 9 to 12: the element object with the table's self-check,
-// the sketch with its ring, the recorder and the view, in this order. The save dialog's choices are
-// reset with the sketch, whatever the settings file said. An object that exists already is kept
-// (its creation says so in a message). Returns 0 when all exist afterwards, otherwise the shutdown
-// step that undoes what was made.
+// Start-up steps 9 to 12: the model's hooks filled by the shell, then the element object with the
+// table's self-check, the sketch with its ring, the recorder and the view, in this order. The save
+// dialog's choices are reset with the sketch, whatever the settings file said. An object that
+// exists already is kept (its creation says so in a message). Returns 0 when all exist afterwards,
+// otherwise the shutdown step that undoes what was made.
 int32_t CreateModelObjects();
 
 // Shutdown from the step `from` (ShutdownView to ShutdownElement) through the

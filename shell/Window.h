@@ -3,6 +3,7 @@
 // real window; Window_posix.cpp keeps the same state in memory for tests.
 
 #include "foundation/MString.h"
+#include "foundation/Program.h"
 
 // What the menu shows: checks and enabled states of the items that change.
 struct WMenuState {
@@ -16,7 +17,3 @@ MString MainWindowText(); // without a real window, the text last set
 void SetMainWindowText(const MString& text);
 void ApplyMenuState(const WMenuState& state);
 WMenuState AppliedMenuState(); // what the menu shows now
-// The main window's client area in pixels; 0 by 0 when minimised. Without a
-// real window it is the size last given to SetMainClientSize (tests).
-void MainClientSize(int32_t& width, int32_t& height);
-void SetMainClientSize(int32_t width, int32_t height);

@@ -12,7 +12,6 @@
 
 static MString WindowText;
 static WMenuState MenuState;
-static int32_t ClientWidth = 0, ClientHeight = 0;
 
 static HWND MainWindow() {
     return static_cast<HWND>(TheMainWindow);
@@ -82,22 +81,4 @@ WMenuState AppliedMenuState() {
     state.UndoEnabled = enabled(IDM_UNDO);
     state.RedoEnabled = enabled(IDM_REDO);
     return state;
-}
-
-void MainClientSize(int32_t& width, int32_t& height) {
-    HWND window = MainWindow();
-    if (!window) {
-        width = ClientWidth;
-        height = ClientHeight;
-        return;
-    }
-    RECT client = {};
-    if (!GetClientRect(window, &client)) client = RECT{};
-    width = client.right - client.left;
-    height = client.bottom - client.top;
-}
-
-void SetMainClientSize(int32_t width, int32_t height) {
-    ClientWidth = width;
-    ClientHeight = height;
 }

@@ -4,9 +4,8 @@
 
 #include "sketch/PointEditing.h"
 
-#include "foundation/Platform.h"
-#include "shell/Shell.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
+#include "foundation/WMode.h"
 #include "view/WView.h"
 
 #include <new>
@@ -41,10 +40,11 @@ MPoint3 PartPosition(const WSketchPoint& record, int32_t part) {
 // ---- Curve hit
 
 // A click on a Bezier segment picks the handle whose end of the segment the
-// click lies nearer to, and puts the pointer on that handle so that the rest
-// of the drag moves it from where it is. The hit radius is the square root of
-// PointSize: a curve is thin on purpose, so that a click beside it pans.
-bool HitBezier(WSketch& sketch, int32_t index, const MPoint2& mouse, float size) {
+// click lies nearer to, and gives that handle's screen position, where the
+// pointer goes so that the rest of the drag moves it from where it is. The
+// hit radius is the square root of PointSize: a curve is thin on purpose, so
+// that a click beside it pans.
+bool HitBezier(WSketch& sketch, int32_t index, const MPoint2& mouse, float size, MPoint2& pointer) {
     MPoint3 controls[4];
     SegmentControls(sketch, index, controls);
     int32_t steps = CurveSteps(controls);
@@ -80,17 +80,7 @@ bool HitBezier(WSketch& sketch, int32_t index, const MPoint2& mouse, float size)
         sketch.CurrentPart = 1;
         handle = sketch.Points[index].HandleIn;
     }
-    // The pointer jump must not reach the drag as a mouse move. Turning the
-    // mouse off covers a move delivered during the call; on Windows the move
-    // that SetCursorPos causes arrives later, with the mouse on again, so the
-    // drag is also measured from the handle from now on: that move then
-    // changes nothing, and the handle stays under the pointer.
-    MPoint2 target = ScreenPoint(handle);
-    bool enabled = TheMouseEnabled;
-    TheMouseEnabled = false;
-    SetCursorClientPosition(target.x, target.y);
-    TheMouseEnabled = enabled;
-    TheLastMouse = target;
+    pointer = ScreenPoint(handle);
     return true;
 }
 
@@ -292,17 +282,22 @@ bool WSketch::HitTest(const MPoint2& mouse, bool preferLater) {
 }
 
 // The first segment hit, in the order of the records, takes the click.
-void WSketch::HitCurve(const MPoint2& mouse) {
+bool WSketch::HitCurve(const MPoint2& mouse, MPoint2* pointer) {
     Current = -1;
-    if (PointCount < 2 || !Points.Data || !TheView || !TheSettings) return;
+    if (PointCount < 2 || !Points.Data || !TheView || !TheSettings) return false;
     float size = float(TheSettings->PointSize);
     for (int32_t i = 1; i < PointCount; i++) {
         if (Points[i].Kind == KindCurve) {
-            if (HitBezier(*this, i, mouse, size)) return;
+            MPoint2 handle;
+            if (HitBezier(*this, i, mouse, size, handle)) {
+                if (pointer) *pointer = handle;
+                return true;
+            }
         } else if (Points[i].Kind == KindLine) {
-            if (HitLine(*this, i, mouse, size)) return;
+            if (HitLine(*this, i, mouse, size)) return false;
         }
     }
+    return false;
 }
 
 // The new point goes on the segment nearest to the mouse (the earlier on a

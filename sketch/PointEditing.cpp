@@ -4,7 +4,7 @@
 
 #include "sketch/PointEditing.h"
 
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "view/WView.h"
 
 namespace {

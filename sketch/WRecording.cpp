@@ -6,7 +6,7 @@
 
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "view/WView.h"
 
 #include <new>

@@ -5,8 +5,7 @@
 
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
-#include "shell/Shell.h"
-#include "shell/ToolWindows.h"
+#include "sketch/ModelHooks.h"
 #include "sketch/WUndoRing.h"
 
 WSketch* TheSketch = nullptr;
@@ -256,7 +255,7 @@ void WSketch::Commit() {
     if (!Undo) return;
     if (!Undo->Push(*this)) return;
     Modified = 1;
-    RefreshMenu();
-    RefreshTitle();
-    RefreshPointWindow();
+    AskShowMenuState();
+    AskShowTitle();
+    AskShowSelection();
 }

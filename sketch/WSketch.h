@@ -56,7 +56,9 @@ struct WSketch {
     // Point editing in the two edit modes (sketch/PointEditing.h); mouse
     // positions are client pixels of TheView.
     bool HitTest(const MPoint2& mouse, bool preferLater); // true on a hit
-    void HitCurve(const MPoint2& mouse); // pointer and TheLastMouse go to a picked handle
+    // True when a handle of a curve was picked: pointer (if given) gets its
+    // client position, where the caller puts the mouse pointer.
+    bool HitCurve(const MPoint2& mouse, MPoint2* pointer = nullptr);
     void InsertPoint(const MPoint2& mouse);
     void DragCurrent(const MPoint3& delta); // a world vector; no Commit
     void DeleteCurrent();

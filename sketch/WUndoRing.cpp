@@ -5,7 +5,7 @@
 #include "sketch/WUndoRing.h"
 
 #include "foundation/Platform.h"
-#include "shell/Shell.h"
+#include "sketch/ModelHooks.h"
 
 static const int32_t RingSize = 100;
 
@@ -86,8 +86,8 @@ void UndoSketch() {
         ring->Slot = (ring->Slot + RingSize - 1) % RingSize;
         Restore(*sketch, ring->Snapshots[ring->Slot]);
     }
-    RefreshMenu();
-    RefreshTitle();
+    AskShowMenuState();
+    AskShowTitle();
 }
 
 void RedoSketch() {
@@ -99,6 +99,6 @@ void RedoSketch() {
         ring->Slot = (ring->Slot + 1) % RingSize;
         Restore(*sketch, ring->Snapshots[ring->Slot]);
     }
-    RefreshMenu();
-    RefreshTitle();
+    AskShowMenuState();
+    AskShowTitle();
 }

@@ -35,6 +35,8 @@ run_suite() { # preset
 mkdir -p build
 echo "== format"
 if tools/check-format.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); status=1; fi
+echo "== layers"
+if tools/check-layers.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); status=1; fi
 run_suite native
 run_suite windows
 

@@ -3,10 +3,11 @@
 // the background picture, the world grid, the axes symbol with the view
 // label, mode text and help text, the ghost, the path, the point marks, the
 // handles and roll tip of the selected point, and the running stroke. All
-// geometry goes through TheView's WorldToScreen; colours and sizes are those
-// of TheSettings. Nothing is kept between frames.
+// geometry goes through the view's WorldToScreen; colours and sizes are those
+// of the settings. The caller hands over what to draw; nothing is kept
+// between frames.
 
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "view/Geometry.h"
 #include <cstdint>
 
@@ -14,15 +15,35 @@ struct MDrawSurface;
 struct WView;
 struct WSketch;
 struct WSketchPoint;
+struct WRecording;
 
-// The whole scene on a surface whose drawing has begun. Without TheView or
-// TheSettings nothing is drawn.
-void DrawScene(MDrawSurface& surface);
+// The background picture glued to the world: the bitmap the surface draws,
+// and the view's zoom and pivot when it was loaded.
+struct WSceneBackground {
+    void* Bitmap = nullptr; // platform bitmap, or null for no picture
+    float Zoom = 0;
+    MPoint3 Pivot;
+};
+
+// What one frame shows; each pointer may be null.
+struct WSceneContent {
+    const WView* View = nullptr;
+    const WSettings* Settings = nullptr;
+    int32_t Mode = 0; // a WMode
+    const WSketch* Sketch = nullptr;
+    const WRecording* Recording = nullptr; // the stroke being drawn
+    WSceneBackground Background;
+};
+
+// The whole scene on a surface whose drawing has begun. Without a view or
+// settings nothing is drawn.
+void DrawScene(MDrawSurface& surface, const WSceneContent& content);
 
 // ---- The parts, each on its own (Scene.cpp, SceneGrid.cpp, SceneSketch.cpp)
 
 // The background picture, only in the front view (Rotation's Identity flag).
-void DrawBackgroundPicture(MDrawSurface& surface, const WView& view);
+void DrawBackgroundPicture(MDrawSurface& surface, const WView& view,
+                           const WSceneBackground& background);
 void DrawWorldGrid(MDrawSurface& surface, const WView& view, const WSettings& settings);
 // The axes symbol, the view label, the mode text and, if asked, the help text.
 void DrawDecorations(MDrawSurface& surface, const WView& view, const WSettings& settings,

@@ -5,7 +5,7 @@
 #include "view/Scene.h"
 
 #include "drawing/MDrawSurface.h"
-#include "shell/Shell.h"
+#include "foundation/WMode.h"
 #include "sketch/WSketch.h"
 #include "view/WView.h"
 

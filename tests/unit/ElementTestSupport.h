@@ -57,6 +57,7 @@ class ElementTest : public ::testing::Test {
 
     void SetUp() override {
         Script.Texts = Texts;
+        InstallModelHooks(); // the shell tells the windows of the model's changes
         Script.Icons = Icons;
         Script.Capacity = 8;
         TheMessageScript = &Script;

@@ -106,14 +106,13 @@ TEST_F(PointEditingHit, HiddenHandleFallsThroughToTheCurveHit) {
     // found nothing. The click lies on the path; of the four controls the
     // handle at x 30 is nearest (0 pixels), so record 0's HandleOut is taken.
     ASSERT_FALSE(S().HitTest(onHandle, false));
-    S().HitCurve(onHandle);
+    MPoint2 pointer;
+    ASSERT_TRUE(S().HitCurve(onHandle, &pointer));
     EXPECT_EQ(S().Current, 0);
     EXPECT_EQ(S().CurrentPart, 2);
-    EXPECT_EQ(TheLastCursorMove.Count, warps + 1);
-    EXPECT_EQ(TheLastCursorMove.X, 430.0f);
-    EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
-    EXPECT_FALSE(TheLastCursorMove.MouseEnabled);
-    EXPECT_TRUE(TheMouseEnabled);
+    EXPECT_EQ(pointer.x, 430.0f);
+    EXPECT_EQ(pointer.y, 300.0f);
+    EXPECT_EQ(TheLastCursorMove.Count, warps) << "the caller moves the pointer";
     EXPECT_EQ(Steps(), 0); // a curve hit on a Bezier changes nothing
     EXPECT_TRUE(CheckInvariants(S()));
 }
@@ -182,31 +181,26 @@ TEST_F(PointEditingHit, CurveClickNearerTheStartTakesTheStartHandleAndWarps) {
     int32_t warps = TheLastCursorMove.Count;
     // (45, -2): 2 pixels below the path, squared 4 < PointSize 8. The
     // controls lie at x 0, 30, 70, 100; x 30 is nearest (15.1 pixels).
-    TheLastMouse = Screen(45, -2);
-    S().HitCurve(Screen(45, -2));
+    MPoint2 pointer;
+    ASSERT_TRUE(S().HitCurve(Screen(45, -2), &pointer));
     EXPECT_EQ(S().Current, 0);
     EXPECT_EQ(S().CurrentPart, 2);
-    EXPECT_EQ(TheLastCursorMove.Count, warps + 1);
-    EXPECT_EQ(TheLastCursorMove.X, 430.0f);
-    EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
-    EXPECT_FALSE(TheLastCursorMove.MouseEnabled);
-    EXPECT_TRUE(TheMouseEnabled);
-    // The next drag is measured from the pointer's new place, so the move
-    // that the jump itself causes later moves nothing.
-    EXPECT_EQ(TheLastMouse.x, 430.0f);
-    EXPECT_EQ(TheLastMouse.y, 300.0f);
+    EXPECT_EQ(pointer.x, 430.0f);
+    EXPECT_EQ(pointer.y, 300.0f);
+    EXPECT_EQ(TheLastCursorMove.Count, warps) << "the caller moves the pointer";
 }
 
 TEST_F(PointEditingHit, CurveClickNearerTheEndTakesTheEndHandle) {
     Load(StraightBezier());
     int32_t warps = TheLastCursorMove.Count;
     // (60, -2): x 70 is nearest (10.2 pixels), so record 1's HandleIn.
-    S().HitCurve(Screen(60, -2));
+    MPoint2 pointer;
+    ASSERT_TRUE(S().HitCurve(Screen(60, -2), &pointer));
     EXPECT_EQ(S().Current, 1);
     EXPECT_EQ(S().CurrentPart, 1);
-    EXPECT_EQ(TheLastCursorMove.Count, warps + 1);
-    EXPECT_EQ(TheLastCursorMove.X, 470.0f);
-    EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
+    EXPECT_EQ(pointer.x, 470.0f);
+    EXPECT_EQ(pointer.y, 300.0f);
+    EXPECT_EQ(TheLastCursorMove.Count, warps);
 }
 
 TEST_F(PointEditingHit, CurveHitRadiusIsTheSquareRootOfPointSize) {
@@ -214,13 +208,12 @@ TEST_F(PointEditingHit, CurveHitRadiusIsTheSquareRootOfPointSize) {
     int32_t warps = TheLastCursorMove.Count;
     // 3 pixels off the path: 9 is not below 8, so no hit, although a point
     // would be hit at that distance.
-    S().HitCurve(Screen(45, -3));
+    EXPECT_FALSE(S().HitCurve(Screen(45, -3)));
     EXPECT_EQ(S().Current, -1);
-    EXPECT_EQ(TheLastCursorMove.Count, warps);
     settings.PointSize = 10; // 9 < 10
-    S().HitCurve(Screen(45, -3));
+    EXPECT_TRUE(S().HitCurve(Screen(45, -3)));
     EXPECT_EQ(S().Current, 0);
-    EXPECT_EQ(TheLastCursorMove.Count, warps + 1);
+    EXPECT_EQ(TheLastCursorMove.Count, warps);
 }
 
 TEST_F(PointEditingHit, CurveHitOnABentSegmentWarpsToTheHandle) {
@@ -229,17 +222,18 @@ TEST_F(PointEditingHit, CurveHitOnABentSegmentWarpsToTheHandle) {
     // nearest (23.5 pixels against 27.4 for (0, 0)).
     Load({Handles(Record(0, 0, 0, KindMove), P3(0, 0, 0), P3(0, 40, 0)),
           Handles(Record(100, 0, 0, KindCurve), P3(100, 40, 0), P3(100, 0, 0))});
-    S().HitCurve(Screen(15.625f, 22.5f));
+    MPoint2 pointer;
+    ASSERT_TRUE(S().HitCurve(Screen(15.625f, 22.5f), &pointer));
     EXPECT_EQ(S().Current, 0);
     EXPECT_EQ(S().CurrentPart, 2);
-    EXPECT_EQ(TheLastCursorMove.X, 400.0f);
-    EXPECT_EQ(TheLastCursorMove.Y, 260.0f);
+    EXPECT_EQ(pointer.x, 400.0f);
+    EXPECT_EQ(pointer.y, 260.0f);
     // And at B(0.75) = (84.375, 22.5) the handle (100, 40) of record 1.
-    S().HitCurve(Screen(84.375f, 22.5f));
+    ASSERT_TRUE(S().HitCurve(Screen(84.375f, 22.5f), &pointer));
     EXPECT_EQ(S().Current, 1);
     EXPECT_EQ(S().CurrentPart, 1);
-    EXPECT_EQ(TheLastCursorMove.X, 500.0f);
-    EXPECT_EQ(TheLastCursorMove.Y, 260.0f);
+    EXPECT_EQ(pointer.x, 500.0f);
+    EXPECT_EQ(pointer.y, 260.0f);
 }
 
 TEST_F(PointEditingHit, FirstSegmentHitInArrayOrderEndsTheWalk) {
@@ -268,8 +262,7 @@ TEST_F(PointEditingHit, ClickNearALineBendsItAtTheClickFraction) {
     // at 0.25 along the line is (25, 0), 7.07 pixels from the click, below 8.
     Load({Record(0, 0, 0, KindMove), Record(100, 0, 0, KindLine)});
     int32_t warps = TheLastCursorMove.Count;
-    TheLastMouse = Screen(24, -7);
-    S().HitCurve(Screen(24, -7));
+    EXPECT_FALSE(S().HitCurve(Screen(24, -7))) << "the handle is already at the click";
     EXPECT_EQ(S().Points[1].Kind, KindCurve);
     EXPECT_EQ(S().Points[0].Smooth, 0);
     EXPECT_EQ(S().Points[1].Smooth, 0);
@@ -280,9 +273,7 @@ TEST_F(PointEditingHit, ClickNearALineBendsItAtTheClickFraction) {
     EXPECT_EQ(S().Current, 0);
     EXPECT_EQ(S().CurrentPart, 2);
     EXPECT_EQ(Steps(), 1);
-    EXPECT_EQ(TheLastCursorMove.Count, warps); // the handle is already at the click
-    EXPECT_EQ(TheLastMouse.x, 424.0f);
-    EXPECT_EQ(TheLastMouse.y, 307.0f);
+    EXPECT_EQ(TheLastCursorMove.Count, warps);
     EXPECT_TRUE(CheckInvariants(S()));
 }
 

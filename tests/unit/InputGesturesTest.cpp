@@ -258,6 +258,8 @@ TEST_F(InputGesturesTest, HandlePickedOnACurveFollowsThePointerWithoutAJump) {
     ASSERT_EQ(TheLastCursorMove.Count, warps + 1);
     EXPECT_EQ(TheLastCursorMove.X, 430.0f);
     EXPECT_EQ(TheLastCursorMove.Y, 300.0f);
+    EXPECT_FALSE(TheLastCursorMove.MouseEnabled) << "the jump is no mouse move of the user's";
+    EXPECT_TRUE(TheMouseEnabled);
     EXPECT_EQ(TheLastMouse.x, 430.0f) << "the drag is measured from where the pointer now is";
     EXPECT_EQ(TheLastMouse.y, 300.0f);
     // The move of the jump itself, read at the handle.

@@ -251,17 +251,17 @@ TEST_F(SceneWorld, MarksAndHandlesNeedAValidCurrent) {
 
 TEST_F(SceneWorld, OnePointSketchShowsOnlyDecorationsUntilThereAreTwo) {
     TheMode = ModeEditSketch;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     std::vector<MDrawOperation> empty = Drawn(Surface);
     SetSketch({Point(KindMove, {10, 10, 0}, {0, 0, 0}, {20, 20, 0})}, 0);
     Surface.OperationCount = 0;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     EXPECT_TRUE(SameOps(Drawn(Surface), empty)) << "no mark for a lone point";
     SetSketch({Point(KindMove, {10, 10, 0}, {0, 0, 0}, {20, 20, 0}),
                Point(KindLine, {20, 10, 0}, {0, 0, 0}, {20, 20, 0})},
               0);
     Surface.OperationCount = 0;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     std::vector<MDrawOperation> two = Drawn(Surface);
     ASSERT_EQ(two.size(), empty.size() + 3);
     EXPECT_TRUE(Same(two[two.size() - 2], Circle(330, 230, 12, false, 2, Bezier)));
@@ -272,7 +272,7 @@ TEST_F(SceneWorld, DrawingModeShowsNoMarksOrHandlesButTheGhostStays) {
     std::vector<WSketchPoint> ghost = TwoLines();
     SetRecords(TheSketch->Ghost, TheSketch->GhostCount, ghost);
     TheMode = ModeDraw;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     std::vector<MDrawOperation> drawn = Drawn(Surface);
     EXPECT_EQ(CountKind(drawn, DrawRectangleKind), 0);
     EXPECT_EQ(CountKind(drawn, DrawSquareKind), 0);
@@ -298,7 +298,7 @@ TEST_F(SceneWorld, GhostIsDrawnLikeThePathInGhostColourAtTwicePenSize) {
     // Ribbon mode draws the path as a ribbon, the ghost still as lines.
     TheMode = ModeEditRoll;
     Surface.OperationCount = 0;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     std::vector<MDrawOperation> frame = Drawn(Surface);
     int32_t ghostLines = 0;
     for (const MDrawOperation& op : frame)
@@ -341,7 +341,7 @@ class SceneBackground : public SceneWorld {
     }
     std::u16string Background(const WView& view) {
         Surface.OperationCount = 0;
-        DrawBackgroundPicture(Surface, view);
+        DrawBackgroundPicture(Surface, view, FrameScene().Background);
         return std::u16string(RecordingText(Surface).Chars());
     }
 };
@@ -399,7 +399,7 @@ TEST_F(SceneBackground, FrameDrawsItsPartsInOrder) {
         EXPECT_FALSE(ops.empty());
         expected.insert(expected.end(), ops.begin(), ops.end());
     };
-    part([&] { DrawBackgroundPicture(Surface, *TheView); });
+    part([&] { DrawBackgroundPicture(Surface, *TheView, FrameScene().Background); });
     part([&] { DrawWorldGrid(Surface, *TheView, *TheSettings); });
     part([&] { DrawDecorations(Surface, *TheView, *TheSettings, ModeEditSketch); });
     part([&] {
@@ -411,7 +411,7 @@ TEST_F(SceneBackground, FrameDrawsItsPartsInOrder) {
                           TheRecording->PointCount);
     });
     Surface.OperationCount = 0;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     EXPECT_TRUE(SameOps(Drawn(Surface), expected));
     EXPECT_EQ(Drawn(Surface).front().Kind, DrawBitmapKind);
 }
@@ -419,12 +419,12 @@ TEST_F(SceneBackground, FrameDrawsItsPartsInOrder) {
 TEST_F(SceneWorld, NothingIsDrawnWithoutSettingsOrView) {
     SetSketch(TwoLines(), 0);
     DestroySettings();
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     EXPECT_EQ(Surface.OperationCount, 0);
     CreateSettings();
     WView* view = TheView;
     TheView = nullptr;
-    DrawScene(Surface);
+    DrawScene(Surface, FrameScene());
     EXPECT_EQ(Surface.OperationCount, 0);
     TheView = view;
 }

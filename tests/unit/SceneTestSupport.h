@@ -6,6 +6,7 @@
 #include "drawing/MDrawSurface.h"
 #include "foundation/MString.h"
 #include "shell/Background.h"
+#include "shell/Frame.h"
 #include "shell/Shell.h"
 #include "shell/WSettings.h"
 #include "sketch/WRecording.h"

@@ -104,6 +104,7 @@ class ShellFixture : public ::testing::Test {
         Messages.Capacity = 16;
         Messages.Answers = MessageAnswers;
         TheMessageScript = &Messages;
+        InstallModelHooks();
         if (TheView) DestroyView();
         if (TheRecording) DestroyRecording();
         if (TheSketch) DestroySketch();

@@ -520,6 +520,7 @@ TEST(SketchAddLinePoint, GrowsInStepsOfAThousandAndKeepsTheElementsSmooth) {
 class SketchGlobal : public ::testing::Test {
   protected:
     void SetUp() override {
+        InstallModelHooks(); // the shell tells the windows of the model's changes
         if (TheSketch) DestroySketch();
         TheFileName = MString();
         TheMode = ModeDraw;

@@ -17,6 +17,7 @@ class UndoRing : public ::testing::Test {
   protected:
     void SetUp() override {
         if (TheSketch) DestroySketch();
+        InstallModelHooks(); // the shell tells the windows of the model's changes
         TheFileName = MString();
         TheMode = ModeDraw;
         ASSERT_NE(CreateSketch(), nullptr);
