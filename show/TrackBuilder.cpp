@@ -8,7 +8,7 @@
 #include "eps/EpsWriter.h"
 #include "foundation/MRandom.h"
 #include "foundation/MTextFile.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "show/TrackClearance.h"
 
 #include <cmath>
