@@ -44,6 +44,11 @@ bool ScaleDownLargePicture(MPicture& picture) {
     return true;
 }
 
+bool RowsHoldWidth(const MPicture& picture) {
+    int32_t bytes = PictureBytesPerPixel(picture.Format);
+    return (bytes != 3 && bytes != 4) || uint64_t(picture.Pitch) >= uint64_t(bytes) * picture.Width;
+}
+
 // ---- Outlines
 
 // Closing is tested first, so the first point never moves; the merge of a
@@ -91,9 +96,7 @@ void WTracer::FreeOutlines() {
 bool WTracer::Load(const MString& path) {
     MPicture picture;
     if (!picture.Load(path)) return false;
-    int32_t bytes = PictureBytesPerPixel(picture.Format);
-    if ((bytes == 3 || bytes == 4) && uint64_t(picture.Pitch) < uint64_t(bytes) * picture.Width)
-        return false;
+    if (!RowsHoldWidth(picture)) return false;
     ScaleDownLargePicture(picture);
     return LoadPicture(picture);
 }
@@ -101,10 +104,7 @@ bool WTracer::Load(const MString& path) {
 // A picture without an alpha channel is its whole rectangle; otherwise alpha
 // 128 or over is inside.
 bool WTracer::LoadPicture(const MPicture& picture) {
-    if (!picture.IsUsable()) return false;
-    int32_t bytes = PictureBytesPerPixel(picture.Format);
-    if ((bytes == 3 || bytes == 4) && uint64_t(picture.Pitch) < uint64_t(bytes) * picture.Width)
-        return false;
+    if (!picture.IsUsable() || !RowsHoldWidth(picture)) return false;
     int32_t width = int32_t(picture.Width), height = picture.Height;
     Width = width + 2;
     Height = height + 2;

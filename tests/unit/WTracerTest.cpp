@@ -274,6 +274,28 @@ TEST(WTracerTest, ThirtyTwoPixelsGoTheSmallWayAndThirtyThreeTheLarge) {
     EXPECT_EQ(Present(wide).size(), 0u);
 }
 
+// The search meets the top row first, at the cell left of (2, 1), going
+// down. The walk turns right at corner (1, 1) onto the diagonal neighbour
+// and comes round it back to (1, 1), its first point: closed after one cell.
+// The seed taken at that first step, cell (2, 1), lies outside this short
+// walk, so the fill runs over the whole mask and the wipe turns the border
+// ring into a shape: the next outline is the mask's own frame, with corners
+// one beyond the picture. The one-cell outline is dropped by its size.
+TEST(WTracerTest, EarlyClosedWalkAtADiagonalFloodsTheMask) {
+    MPicture picture;
+    std::vector<std::string> rows = {".###.", "#.#.."};
+    rows.resize(41, ".....");
+    Draw(picture, rows);
+    WTracer tracer;
+    Trace(tracer, picture);
+    ASSERT_EQ(tracer.OutlineCount, 3);
+    EXPECT_EQ(tracer.Outlines[0], nullptr);
+    ASSERT_NE(tracer.Outlines[1], nullptr);
+    EXPECT_EQ(tracer.Outlines[1]->Closed, 1);
+    EXPECT_EQ(Points(*tracer.Outlines[1]),
+              (Corners{{1, 2}, {-1, 2}, {-1, 42}, {6, 42}, {6, -1}, {-1, -1}}));
+}
+
 // ---- Small branch, hand-worked
 
 TEST(WTracerTest, SmallBranchKeepsCornerTouchingSquaresApart) {
