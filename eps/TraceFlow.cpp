@@ -32,12 +32,14 @@ namespace {
 
 // One outline through the recorder: corners at (x, -y, 0) since the
 // picture's y axis points down, a closed outline ending on its first corner
-// again, then the fit of a stroke appended to the sketch.
-void AppendOutline(WSketch& sketch, WRecording& recording, const WTraceOutline& outline) {
+// again, then the fit of a stroke. The fitted records are added to records
+// (count is its fill).
+void FitOutline(WRecording& recording, const WTraceOutline& outline, MVector<WSketchPoint>& records,
+                int32_t& count) {
     recording.Clear();
-    int32_t count = outline.PointCount + (outline.Closed ? 1 : 0);
-    if (!recording.Points.Grow(count, 1000)) return;
-    for (int32_t i = 0; i < count; i++) {
+    int32_t samples = outline.PointCount + (outline.Closed ? 1 : 0);
+    if (!recording.Points.Grow(samples, 1000)) return;
+    for (int32_t i = 0; i < samples; i++) {
         const WTracePoint& corner = outline.Points[i % outline.PointCount];
         WSketchPoint& point = recording.Points[i];
         point = WSketchPoint();
@@ -45,9 +47,13 @@ void AppendOutline(WSketch& sketch, WRecording& recording, const WTraceOutline& 
         point.Roll = MPoint3{0, 0, 1};
         point.Kind = i == 0 ? KindMove : KindCurve;
     }
-    recording.PointCount = count;
+    recording.PointCount = samples;
     recording.Finish();
-    sketch.AppendPoints(recording.Points.Data, recording.PointCount);
+    if (records.Grow(count + recording.PointCount, records.Count + 1000)) {
+        for (int32_t i = 0; i < recording.PointCount; i++)
+            records[count + i] = recording.Points[i];
+        count += recording.PointCount;
+    }
     recording.Clear();
 }
 
@@ -71,12 +77,19 @@ bool TraceInternal(const MString& picturePath) {
         TheSettings->MaxLinesPerCurve = 100;
     }
 
+    // The fitted outlines are appended in one go: appending them one by one
+    // would copy the growing sketch and store an undo state per outline,
+    // states that the finish below drops again. The records are the same.
+    MVector<WSketchPoint> records;
+    int32_t count = 0;
     if (TheRecording)
         for (int32_t i = 0; i < tracer->OutlineCount; i++) {
             const WTraceOutline* outline = tracer->Outlines[i];
-            if (outline && outline->PointCount > 0) AppendOutline(*sketch, *TheRecording, *outline);
+            if (outline && outline->PointCount > 0)
+                FitOutline(*TheRecording, *outline, records, count);
         }
     delete tracer;
+    sketch->AppendPoints(records.Data, count);
 
     // The finish of a load: handles, smooth flags, centre, scale to 200
     // units, clean-up; with two points or more the ring holds this alone.

@@ -8,6 +8,7 @@
 #include "ShellTestSupport.h"
 #include "WTracerTestSupport.h"
 #include "drawing/MPicture.h"
+#include "eps/LoadSketch.h"
 #include "eps/WTracer.h"
 #include "foundation/Folders.h"
 #include "shell/SketchFile.h"
@@ -186,6 +187,56 @@ TEST_F(TraceFlowTest, PictureWiderThan2048IsScaledDownBeforeTracing) {
     // the box filter to a pixel.
     EXPECT_NEAR(minX, 100 * 2048 / 2049.0, 1);
     EXPECT_NEAR(maxX, 2000 * 2048 / 2049.0, 1);
+}
+
+// The outlines appended one by one, each with AppendPoints, as the plain
+// reading of the flow has it, give the same records as the one append of
+// TraceInternal.
+TEST_F(TraceFlowTest, OneAppendGivesTheRecordsOfAnAppendPerOutline) {
+    for (const char* name : {"logo.png", "small32.png"}) {
+        WTracer tracer;
+        tracer.Detail = 2;
+        ASSERT_TRUE(tracer.Load(TracerPicture(name)));
+        tracer.Trace();
+        S().PointCount = 0;
+        for (int32_t i = 0; i < tracer.OutlineCount; i++) {
+            const WTraceOutline* outline = tracer.Outlines[i];
+            if (!outline || outline->PointCount == 0) continue;
+            WRecording& recording = *TheRecording;
+            recording.Clear();
+            int32_t samples = outline->PointCount + (outline->Closed ? 1 : 0);
+            recording.Points.Grow(samples, 1000);
+            for (int32_t k = 0; k < samples; k++) {
+                WTracePoint corner = outline->Points[k % outline->PointCount];
+                WSketchPoint point;
+                point.Position = MPoint3{float(corner.x), -float(corner.y), 0};
+                point.Roll = MPoint3{0, 0, 1};
+                point.Kind = k == 0 ? KindMove : KindCurve;
+                recording.Points[k] = point;
+            }
+            recording.PointCount = samples;
+            recording.Finish();
+            S().AppendPoints(recording.Points.Data, recording.PointCount);
+            recording.Clear();
+        }
+        ASSERT_TRUE(FinishLoad(true, true));
+        std::vector<WSketchPoint> plain(S().Points.Data, S().Points.Data + S().PointCount);
+
+        ASSERT_TRUE(TraceInternal(TracerPicture(name)));
+        ASSERT_EQ(S().PointCount, int32_t(plain.size())) << name;
+        for (int32_t i = 0; i < S().PointCount; i++) {
+            const WSketchPoint &a = S().Points[i], &b = plain[size_t(i)];
+            for (auto pair :
+                 {std::make_pair(a.Position, b.Position), std::make_pair(a.HandleIn, b.HandleIn),
+                  std::make_pair(a.HandleOut, b.HandleOut), std::make_pair(a.Roll, b.Roll)}) {
+                EXPECT_EQ(pair.first.x, pair.second.x) << name << " " << i;
+                EXPECT_EQ(pair.first.y, pair.second.y) << name << " " << i;
+                EXPECT_EQ(pair.first.z, pair.second.z) << name << " " << i;
+            }
+            EXPECT_EQ(a.Kind, b.Kind);
+            EXPECT_EQ(a.Smooth, b.Smooth);
+        }
+    }
 }
 
 // ---- The command and the external tracer
