@@ -15,6 +15,12 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include <windows.h>
+
+#include <objbase.h>
+#endif
+
 #include <algorithm>
 #include <cmath>
 
@@ -40,12 +46,25 @@ std::pair<float, float> Size(const WSketch& sketch) {
 
 class TraceFlowTest : public ShellFixture {
   protected:
+    bool Com = false;
+
     void SetUp() override {
         ShellFixture::SetUp();
         TheInternalTracer = TraceInternal;
         TheExternalTracer = TraceExternal;
+#ifdef _WIN32
+        Com = SUCCEEDED(CoInitialize(nullptr)); // the picture decoders
+#endif
     }
-    MString TempFolder() { return JoinPath(PathOf("appdata/Brambleworks/Quillmere"), u"Temp"); }
+    void TearDown() override {
+        ShellFixture::TearDown();
+#ifdef _WIN32
+        if (Com) CoUninitialize();
+#endif
+    }
+    MString TempFolder() {
+        return JoinPath(PathOf("appdata/Brambleworks/Quillmere"), u"Temp");
+    }
     bool TempFilesGone() {
         return !Exists(JoinPath(TempFolder(), u"temp.bmp")) &&
                !Exists(JoinPath(TempFolder(), u"temp.eps"));
