@@ -7,6 +7,7 @@ packages=(
   wine wine64 fonts-wine
   xvfb xauth xdotool imagemagick
   potrace ghostscript python3 python3-cairo libsquish-dev libgif-dev libtiff-dev
+  fonts-dejavu-core
 )
 missing=()
 for p in "${packages[@]}"; do
