@@ -70,3 +70,13 @@ add_test(NAME package_contents
   COMMAND bash ${CMAKE_SOURCE_DIR}/tests/package/check_package.sh ${CMAKE_BINARY_DIR}
           ${CMAKE_BINARY_DIR}/package-check)
 set_tests_properties(package_contents PROPERTIES TIMEOUT 600)
+# ---- A stand-in potrace.exe for the external tracer's Windows-side test: it
+# records how it was started and writes a known EPS file.
+add_executable(potrace_standin ${CMAKE_SOURCE_DIR}/tests/tools/potrace_standin.cpp)
+set_target_properties(potrace_standin PROPERTIES OUTPUT_NAME potrace
+  RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/standin)
+target_link_options(potrace_standin PRIVATE -municode -static -static-libgcc -static-libstdc++)
+add_dependencies(win_tests potrace_standin)
+target_compile_definitions(win_tests PRIVATE
+  POTRACE_STANDIN="$<TARGET_FILE:potrace_standin>"
+  TRACER_PICTURES="${CMAKE_SOURCE_DIR}/tests/data/tracer")

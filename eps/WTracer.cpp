@@ -44,6 +44,11 @@ bool ScaleDownLargePicture(MPicture& picture) {
     return true;
 }
 
+bool RowsHoldWidth(const MPicture& picture) {
+    int32_t bytes = PictureBytesPerPixel(picture.Format);
+    return (bytes != 3 && bytes != 4) || uint64_t(picture.Pitch) >= uint64_t(bytes) * picture.Width;
+}
+
 // ---- Outlines
 
 // Closing is tested first, so the first point never moves; the merge of a
@@ -91,20 +96,16 @@ void WTracer::FreeOutlines() {
 bool WTracer::Load(const MString& path) {
     MPicture picture;
     if (!picture.Load(path)) return false;
-    int32_t bytes = PictureBytesPerPixel(picture.Format);
-    if ((bytes == 3 || bytes == 4) && uint64_t(picture.Pitch) < uint64_t(bytes) * picture.Width)
-        return false;
+    if (!RowsHoldWidth(picture)) return false;
     ScaleDownLargePicture(picture);
     return LoadPicture(picture);
 }
 
 // A picture without an alpha channel is its whole rectangle; otherwise alpha
-// 128 or over is inside.
+// 128 or over is inside. The mask is filled while the flags are found; a
+// picture that turns out all inside or all outside leaves it empty again.
 bool WTracer::LoadPicture(const MPicture& picture) {
-    if (!picture.IsUsable()) return false;
-    int32_t bytes = PictureBytesPerPixel(picture.Format);
-    if ((bytes == 3 || bytes == 4) && uint64_t(picture.Pitch) < uint64_t(bytes) * picture.Width)
-        return false;
+    if (!picture.IsUsable() || !RowsHoldWidth(picture)) return false;
     int32_t width = int32_t(picture.Width), height = picture.Height;
     Width = width + 2;
     Height = height + 2;
@@ -118,20 +119,27 @@ bool WTracer::LoadPicture(const MPicture& picture) {
         AllOutside = false;
         return true;
     }
-    for (int32_t y = 0; y < height && (AllOutside || AllInside); y++)
-        for (int32_t x = 0; x < width && (AllOutside || AllInside); x++) {
-            uint8_t alpha = ReadPixel(picture.PixelAddress(x, y), picture.Format).a;
-            if (alpha < 128)
-                AllInside = false;
-            else
-                AllOutside = false;
-        }
-    if (AllOutside || AllInside) return true;
+    bool anyInside = false, anyOutside = false;
     for (int32_t y = 0; y < height; y++) {
         uint8_t* row = &Mask[(y + 1) * Width + 1];
-        for (int32_t x = 0; x < width; x++)
-            row[x] = ReadPixel(picture.PixelAddress(x, y), picture.Format).a >= 128 ? 1 : 0;
+        if (picture.Format == PictureBgra8) {
+            const uint8_t* alpha = picture.Pixels + uint64_t(y) * picture.Pitch + 3;
+            for (int32_t x = 0; x < width; x++)
+                row[x] = alpha[4 * x] >= 128 ? 1 : 0;
+        } else {
+            for (int32_t x = 0; x < width; x++)
+                row[x] = ReadPixel(picture.PixelAddress(x, y), picture.Format).a >= 128 ? 1 : 0;
+        }
+        for (int32_t x = 0; x < width; x++) {
+            if (row[x])
+                anyInside = true;
+            else
+                anyOutside = true;
+        }
     }
+    AllOutside = !anyInside;
+    AllInside = !anyOutside;
+    if (AllOutside || AllInside) std::memset(Mask.Data, 0, size_t(cells));
     return true;
 }
 
@@ -194,19 +202,40 @@ bool WTracer::Trace() {
 // ---- Despeckle
 
 // One pass in place, top to bottom: later cells see the earlier changes.
+// Eight cells whose neighbourhoods are all clear or all set would stay as
+// they are, so such a group is passed over at once.
 void WTracer::Despeckle() {
-    for (int32_t y = 1; y < Height - 1; y++)
-        for (int32_t x = 1; x < Width - 1; x++) {
-            const uint8_t* above = &Mask[(y - 1) * Width + x];
-            const uint8_t* here = &Mask[y * Width + x];
-            const uint8_t* below = &Mask[(y + 1) * Width + x];
-            int32_t set = (above[-1] != 0) + (above[0] != 0) + (above[1] != 0) + (here[-1] != 0) +
-                          (here[1] != 0) + (below[-1] != 0) + (below[0] != 0) + (below[1] != 0);
+    const uint64_t ones = 0x0101010101010101ull;
+    for (int32_t y = 1; y < Height - 1; y++) {
+        uint8_t* above = &Mask[(y - 1) * Width];
+        uint8_t* here = &Mask[y * Width];
+        uint8_t* below = &Mask[(y + 1) * Width];
+        int32_t x = 1;
+        while (x < Width - 1) {
+            if (x + 9 <= Width) {
+                uint64_t a, b, c, d, e, f;
+                std::memcpy(&a, above + x - 1, 8);
+                std::memcpy(&b, above + x + 1, 8);
+                std::memcpy(&c, here + x - 1, 8);
+                std::memcpy(&d, here + x + 1, 8);
+                std::memcpy(&e, below + x - 1, 8);
+                std::memcpy(&f, below + x + 1, 8);
+                if ((a | b | c | d | e | f) == 0 ||
+                    (a == ones && b == ones && c == ones && d == ones && e == ones && f == ones)) {
+                    x += 8;
+                    continue;
+                }
+            }
+            int32_t set = (above[x - 1] != 0) + (above[x] != 0) + (above[x + 1] != 0) +
+                          (here[x - 1] != 0) + (here[x + 1] != 0) + (below[x - 1] != 0) +
+                          (below[x] != 0) + (below[x + 1] != 0);
             if (set == 0)
-                Mask[y * Width + x] = 0;
+                here[x] = 0;
             else if (set == 8)
-                Mask[y * Width + x] = 1;
+                here[x] = 1;
+            x++;
         }
+    }
 }
 
 // ---- Search

@@ -27,6 +27,10 @@ enum { LargestPictureSide = 2048 };
 // replaced; a failed resample leaves it as it was.
 bool ScaleDownLargePicture(MPicture& picture);
 
+// False when a format of 3 or 4 bytes a pixel has rows shorter than its
+// width needs; other formats always pass.
+bool RowsHoldWidth(const MPicture& picture);
+
 struct WTracePoint {
     int32_t x = 0, y = 0; // a corner of the pixel grid
 };

@@ -30,6 +30,9 @@ bool PathExists(const MString& path);
 // each folder made. True when the folder exists afterwards; an empty path
 // fails.
 bool CreateFolders(const MString& path);
+// Deletes the file; false when it could not be deleted. Defined in the
+// platform files.
+bool DeleteFileAt(const MString& path);
 // The size of the file in bytes, 0 when it cannot be opened.
 int64_t FileSizeOf(const MString& path);
 // The user's application data folder and documents folder, each followed by

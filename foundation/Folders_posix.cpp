@@ -80,6 +80,12 @@ bool PlatformCreateFolder(const MString& path) {
     return Utf8(path, name) && mkdir(name.Data, 0777) == 0;
 }
 
+bool DeleteFileAt(const MString& path) {
+    MVector<char> name;
+    if (!Utf8(path, name)) return false;
+    return unlink(name.Data) == 0;
+}
+
 int64_t PlatformSizeOfFile(const MString& path) {
     MVector<char> name;
     if (!Utf8(path, name)) return -1;

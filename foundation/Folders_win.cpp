@@ -51,6 +51,10 @@ bool PlatformCreateFolder(const MString& path) {
     return CreateDirectoryW(Wide(path), nullptr) != 0;
 }
 
+bool DeleteFileAt(const MString& path) {
+    return !path.IsEmpty() && DeleteFileW(Wide(path)) != 0;
+}
+
 int64_t PlatformSizeOfFile(const MString& path) {
     HANDLE file = CreateFileW(Wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                               OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -6,6 +6,7 @@
 #include "drawing/FilePrompt.h"
 #include "eps/EpsWriter.h"
 #include "eps/LoadSketch.h"
+#include "eps/TraceFlow.h"
 #include "foundation/Platform.h"
 #include "shell/Commands.h"
 #include "shell/Shell.h"
@@ -14,8 +15,8 @@
 #include "sketch/WSketch.h"
 #include "view/WView.h"
 
-bool (*TheInternalTracer)(const MString& picture) = nullptr;
-bool (*TheExternalTracer)(const MString& picture) = nullptr;
+bool (*TheInternalTracer)(const MString& picture) = TraceInternal;
+bool (*TheExternalTracer)(const MString& picture) = TraceExternal;
 
 bool AskToSave() {
     if (!TheSketch || !TheSketch->Modified) return true;
@@ -58,18 +59,6 @@ void OpenSketch(const MString& path) {
     ShowOpenedSketch();
 }
 
-bool IsPotracePath(const MString& path) {
-    if (path.IsEmpty()) return false;
-    MString lower = path;
-    LowerCaseInPlace(lower.Text, lower.Length);
-    int32_t start = 0;
-    for (int32_t i = 0; i < lower.Length; i++) {
-        char16_t c = lower.Text[i];
-        if (c == u'/' || c == u'\\' || c == u':') start = i + 1;
-    }
-    return MString(lower.Chars() + start) == MString(u"potrace.exe");
-}
-
 void TraceBitmap() {
     MString picture = FilePrompt(PromptSelectPicture);
     if (picture.IsEmpty()) return;
@@ -81,7 +70,7 @@ void TraceBitmap() {
     MString tracer = TheSettings ? TheSettings->ExternalTracer : MString();
     if (tracer.IsEmpty()) {
         if (TheInternalTracer) TheInternalTracer(picture);
-    } else if (IsPotracePath(tracer)) {
+    } else if (IsKnownTracer(tracer)) {
         if (TheExternalTracer) TheExternalTracer(picture);
     } else {
         ShowMessage(MString(u"Unknown external tracer\n\n\"") + tracer + "\"", IconError);

@@ -28,12 +28,9 @@ void ShowOpenedSketch();
 // the message "Unknown external tracer" and no tracer. Then TheFileName is
 // cleared and the sketch shown as after an open.
 void TraceBitmap();
-// The tracers, reached through these pointers so that the shell can run its
-// flow before the tracing subsystem is linked in: each takes the picture's
-// path and returns whether the sketch now holds outlines. A null tracer runs
-// nothing.
+// The tracers, reached through these pointers so that tests can put their
+// own in: each takes the picture's path and returns whether the sketch now
+// holds outlines. They point at TraceInternal and TraceExternal; a null
+// tracer runs nothing.
 extern bool (*TheInternalTracer)(const MString& picture);
 extern bool (*TheExternalTracer)(const MString& picture);
-// True when the path's file name (behind the last "/", ":" or "\"), lower
-// cased, is "potrace.exe". An empty path is false.
-bool IsPotracePath(const MString& path);

@@ -8,7 +8,7 @@ packages=(
   xvfb xauth xdotool imagemagick
   potrace ghostscript python3 python3-cairo libsquish-dev libgif-dev libtiff-dev nsis
   p7zip-full unzip
-  clang libclang-rt-14-dev
+  clang libclang-rt-14-dev fonts-dejavu-core
 )
 missing=()
 for p in "${packages[@]}"; do

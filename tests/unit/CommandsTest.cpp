@@ -6,6 +6,7 @@
 
 #include "drawing/MDrawSurface.h"
 #include "drawing/MPicture.h"
+#include "eps/TraceFlow.h"
 #include "shell/Frame.h"
 #include "shell/SketchFile.h"
 
@@ -104,8 +105,8 @@ class CommandsTest : public ShellFixture {
         TheExternalTracer = nullptr;
     }
     void TearDown() override {
-        TheInternalTracer = nullptr;
-        TheExternalTracer = nullptr;
+        TheInternalTracer = TraceInternal;
+        TheExternalTracer = TraceExternal;
         ShellFixture::TearDown();
     }
     void Run(int32_t id) { ASSERT_TRUE(RunCommand(id)) << id; }
@@ -332,12 +333,12 @@ TEST_F(CommandsTest, TraceAcceptsPotraceInCapitals) {
     Run(IdTrace);
     EXPECT_EQ(TracerCalls, 1);
     EXPECT_EQ(Messages.Count, 0);
-    EXPECT_TRUE(IsPotracePath(MString(u"potrace.exe")));
-    EXPECT_TRUE(IsPotracePath(MString(u"D:PoTrace.Exe")));
-    EXPECT_TRUE(IsPotracePath(MString(u"/usr/local/bin/potrace.exe")));
-    EXPECT_FALSE(IsPotracePath(MString(u"C:\\Tools\\potrace.exe.bak")));
-    EXPECT_FALSE(IsPotracePath(MString(u"C:\\Tools\\mypotrace.exe")));
-    EXPECT_FALSE(IsPotracePath(MString()));
+    EXPECT_TRUE(IsKnownTracer(MString(u"potrace.exe")));
+    EXPECT_TRUE(IsKnownTracer(MString(u"D:PoTrace.Exe")));
+    EXPECT_TRUE(IsKnownTracer(MString(u"/usr/local/bin/potrace.exe")));
+    EXPECT_FALSE(IsKnownTracer(MString(u"C:\\Tools\\potrace.exe.bak")));
+    EXPECT_FALSE(IsKnownTracer(MString(u"C:\\Tools\\mypotrace.exe")));
+    EXPECT_FALSE(IsKnownTracer(MString()));
 }
 
 TEST_F(CommandsTest, UnknownTracerIsNamedAndTheSketchStaysButLosesItsName) {

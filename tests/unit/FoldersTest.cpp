@@ -173,3 +173,15 @@ TEST_F(Folders, TheSystemsUserFoldersAreKnown) {
     EXPECT_FALSE(PlatformUserFolder(FolderAppData).IsEmpty());
     EXPECT_FALSE(PlatformUserFolder(FolderDocuments).IsEmpty());
 }
+
+TEST(FoldersTest, DeleteFileAtRemovesAFileOnly) {
+    scratch::fs::path folder = scratch::Fresh("delete");
+    scratch::WriteBytes(folder / "a.txt", "x");
+    EXPECT_TRUE(DeleteFileAt(scratch::Text(folder / "a.txt")));
+    EXPECT_FALSE(scratch::fs::exists(folder / "a.txt"));
+    EXPECT_FALSE(DeleteFileAt(scratch::Text(folder / "a.txt")));
+    EXPECT_FALSE(DeleteFileAt(MString()));
+    EXPECT_FALSE(DeleteFileAt(scratch::Text(folder)));
+    EXPECT_TRUE(scratch::fs::exists(folder));
+    scratch::Remove(folder);
+}

@@ -198,6 +198,38 @@ TEST(WTracerTest, SinglePixelSpeckIsDespeckled) {
     EXPECT_EQ(Turns(*outlines[0]), (Corners{{2, 2}, {2, 8}, {8, 8}, {8, 2}}));
 }
 
+// The pass over uniform groups of eight changes nothing: the cell by cell
+// pass gives the same mask, on masks of every density.
+TEST(WTracerTest, DespeckleEqualsTheCellByCellPass) {
+    uint32_t seed = 12345;
+    for (int density : {2, 50, 98}) {
+        MPicture picture;
+        picture.Allocate(101, 37, PictureBgra8);
+        for (int y = 0; y < 37; y++)
+            for (int x = 0; x < 101; x++) {
+                seed = seed * 1103515245u + 12345u;
+                bool opaque = int((seed >> 16) % 100) < density || (x > 40 && x < 70);
+                picture.PixelAddress(x, y)[3] = opaque ? 255 : 0;
+            }
+        WTracer tracer;
+        ASSERT_TRUE(tracer.LoadPicture(picture));
+        MVector<uint8_t> plain = tracer.Mask;
+        int w = tracer.Width;
+        for (int y = 1; y < tracer.Height - 1; y++)
+            for (int x = 1; x < w - 1; x++) {
+                int set = 0;
+                for (int dy = -1; dy <= 1; dy++)
+                    for (int dx = -1; dx <= 1; dx++)
+                        if (dx || dy) set += plain[(y + dy) * w + x + dx] != 0;
+                if (set == 0) plain[y * w + x] = 0;
+                if (set == 8) plain[y * w + x] = 1;
+            }
+        tracer.Despeckle();
+        for (int32_t i = 0; i < plain.Count; i++)
+            ASSERT_EQ(tracer.Mask[i], plain[i]) << density << " " << i;
+    }
+}
+
 TEST(WTracerTest, SingleTransparentPixelInsideIsFilled) {
     MPicture picture;
     Draw(picture, 40, 40, {{5, 5, 30, 30}, {17, 17, 18, 18, false}});
@@ -272,6 +304,28 @@ TEST(WTracerTest, ThirtyTwoPixelsGoTheSmallWayAndThirtyThreeTheLarge) {
     WTracer wide;
     Trace(wide, picture);
     EXPECT_EQ(Present(wide).size(), 0u);
+}
+
+// The search meets the top row first, at the cell left of (2, 1), going
+// down. The walk turns right at corner (1, 1) onto the diagonal neighbour
+// and comes round it back to (1, 1), its first point: closed after one cell.
+// The seed taken at that first step, cell (2, 1), lies outside this short
+// walk, so the fill runs over the whole mask and the wipe turns the border
+// ring into a shape: the next outline is the mask's own frame, with corners
+// one beyond the picture. The one-cell outline is dropped by its size.
+TEST(WTracerTest, EarlyClosedWalkAtADiagonalFloodsTheMask) {
+    MPicture picture;
+    std::vector<std::string> rows = {".###.", "#.#.."};
+    rows.resize(41, ".....");
+    Draw(picture, rows);
+    WTracer tracer;
+    Trace(tracer, picture);
+    ASSERT_EQ(tracer.OutlineCount, 3);
+    EXPECT_EQ(tracer.Outlines[0], nullptr);
+    ASSERT_NE(tracer.Outlines[1], nullptr);
+    EXPECT_EQ(tracer.Outlines[1]->Closed, 1);
+    EXPECT_EQ(Points(*tracer.Outlines[1]),
+              (Corners{{1, 2}, {-1, 2}, {-1, 42}, {6, 42}, {6, -1}, {-1, -1}}));
 }
 
 // ---- Small branch, hand-worked
