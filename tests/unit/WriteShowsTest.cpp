@@ -422,3 +422,20 @@ TEST_F(WriteShows, LengthAndLettersOfLongAndShortRides) {
     EXPECT_EQ(scratch::ReadBytes(Saves / "ride_HandwrittenText.cnd"),
               ShowBytes(u"301000|" + std::u16string(1000, u'V')));
 }
+
+TEST_F(WriteShows, PathHoldingALaterMarkerIsRewrittenByIt) {
+    Fill(*TheSketch, {Record(0, 0, 0, KindMove), Record(20, 0, 0, KindLine)});
+    Settings.Template[1] = true;
+    Settings.Smooth = 7;
+    scratch::WriteBytes(TemplateFile("HandwrittenText.cnd"), "[EPS]|[SMO]");
+    fs::create_directories(Saves / "x[SMO]");
+    ::WriteShows(scratch::Text(Saves / "x[SMO]" / "r.eps"));
+    EXPECT_EQ(scratch::ReadBytes(Saves / "x[SMO]" / "r_HandwrittenText.cnd"),
+              ShowBytes(U16("\"" + Native(Saves / "x7" / "r.eps") + "\"|7")));
+
+    // A path holding the marker itself: [EPS] is left alone.
+    fs::create_directories(Saves / "y[EPS]");
+    ::WriteShows(scratch::Text(Saves / "y[EPS]" / "r.eps"));
+    EXPECT_EQ(scratch::ReadBytes(Saves / "y[EPS]" / "r_HandwrittenText.cnd"),
+              ShowBytes(u"[EPS]|7"));
+}
