@@ -7,7 +7,7 @@ set(CMAKE_RC_COMPILE_OBJECT "<CMAKE_RC_COMPILER> <DEFINES> <INCLUDES> -O coff <S
 
 set(QUILLMERE_RESOURCES ${CMAKE_SOURCE_DIR}/resources/Quillmere.rc)
 set_source_files_properties(${QUILLMERE_RESOURCES} PROPERTIES OBJECT_DEPENDS
-  "${CMAKE_SOURCE_DIR}/resources/resource.h;${CMAKE_SOURCE_DIR}/resources/Quillmere.ico;${CMAKE_SOURCE_DIR}/resources/Quillmere.manifest")
+  "${CMAKE_SOURCE_DIR}/resources/resource.h;${CMAKE_SOURCE_DIR}/resources/Dialogs.rc;${CMAKE_SOURCE_DIR}/resources/Quillmere.ico;${CMAKE_SOURCE_DIR}/resources/Quillmere.manifest")
 
 # Static runtime: Quillmere.exe needs no DLL beside it, only the system's.
 set(QUILLMERE_LINK_OPTIONS -municode -mwindows -static -static-libgcc -static-libstdc++)

@@ -18,6 +18,7 @@
 // A failed start-up step ends the program in silence at the shutdown step
 // that undoes what was made so far.
 
+#include "dialogs/Dialog.h"
 #include "drawing/MDrawSurface.h"
 #include "drawing/MMediaTypes.h"
 #include "foundation/MString.h"
@@ -63,6 +64,8 @@ static void RegisterMainClass(HINSTANCE instance) {
 // Steps 1 to 17. Returns 0 when the program runs, otherwise the shutdown step
 // that undoes what was made; every failure here is silent.
 static int32_t StartUp(HINSTANCE instance, int showCommand) {
+    // The common controls, tooltips among them, before any window.
+    InitDialogs();
     RegisterMainClass(instance);
 
     // Steps 2 and 3.
@@ -143,7 +146,10 @@ static int RunMessageLoop() {
     for (;;) {
         if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
             if (message.message == WM_QUIT) break;
-            if (!TranslateAcceleratorW(static_cast<HWND>(TheMainWindow), Accelerators, &message)) {
+            // The shortcuts work from the tool windows too; what they leave
+            // goes to a tool window's keyboard handling first.
+            if (!TranslateAcceleratorW(static_cast<HWND>(TheMainWindow), Accelerators, &message) &&
+                !DispatchDialogMessage(&message)) {
                 TranslateMessage(&message);
                 DispatchMessageW(&message);
             }
