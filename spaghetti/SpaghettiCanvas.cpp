@@ -6,30 +6,10 @@
 
 #include "drawing/MDrawSurface.h"
 #include "drawing/MPicture.h"
+#include "eps/WTracer.h"
 #include "spaghetti/SpaghettiCanvas.h"
-#include "spaghetti/SpaghettiOutlines.h"
 
 namespace {
-
-const WSettings& Colours() {
-    if (TheSettings) return *TheSettings;
-    static WSettings defaults;
-    static bool made = false;
-    if (!made) {
-        defaults.SetDefaults();
-        made = true;
-    }
-    return defaults;
-}
-
-MDrawRect ToDrawRect(const WRect& r) {
-    MDrawRect rect;
-    rect.left = float(r.left);
-    rect.top = float(r.top);
-    rect.right = float(r.right);
-    rect.bottom = float(r.bottom);
-    return rect;
-}
 
 // A picture pixel on the canvas, truncated to whole pixels.
 MPoint2 OnCanvas(const WSpaghetti& s, float x, float y) {
@@ -39,12 +19,30 @@ MPoint2 OnCanvas(const WSpaghetti& s, float x, float y) {
     return p;
 }
 
+// Every outline as lines of width 2; a closed outline gets its closing line.
+void DrawOutlines(MDrawSurface& surface, const WSpaghetti& s, MColour colour) {
+    const WTracer* tracer = s.Tracer;
+    if (!tracer) return;
+    for (int32_t i = 0; i < tracer->OutlineCount && i < tracer->Outlines.Count; i++) {
+        const WTraceOutline* outline = tracer->Outlines[i];
+        if (!outline || outline->PointCount < 1) continue;
+        int32_t count = outline->PointCount;
+        for (int32_t k = 0; k < count; k++) {
+            if (k + 1 == count && !outline->Closed) break;
+            const WTracePoint& a = outline->Points[k];
+            const WTracePoint& b = outline->Points[(k + 1) % count];
+            surface.DrawLine(OnCanvas(s, float(a.x), float(a.y)),
+                             OnCanvas(s, float(b.x), float(b.y)), 2, colour);
+        }
+    }
+}
+
 } // namespace
 
 void DrawSpaghettiCanvas(MDrawSurface& surface, const WSpaghetti& s, float progress) {
-    const WSettings& colours = Colours();
+    const WSettings& colours = SettingsOrDefaults();
     surface.Clear(colours.ColourBackground);
-    MDrawRect canvas = ToDrawRect(s.CanvasRect);
+    MDrawRect canvas = AsDrawRect(s.CanvasRect);
     if (!s.Picture) {
         surface.DrawText(canvas, Narrow("Click here to load a picture"), MString(), 0,
                          colours.ColourInfo, AlignCentre, AlignCentre, false);
@@ -57,7 +55,7 @@ void DrawSpaghettiCanvas(MDrawSurface& surface, const WSpaghetti& s, float progr
     if (s.CurveCount > 0) caption = caption + "\n" + IntegerText(s.CurveCount) + " curves";
     surface.DrawText(captionRect, caption, MString(), 0, colours.ColourInfo, AlignNear, AlignNear,
                      false);
-    surface.DrawPicture(*s.Picture, ToDrawRect(s.PictureRect), true);
+    surface.DrawPicture(*s.Picture, AsDrawRect(s.PictureRect), true);
     DrawOutlines(surface, s, colours.ColourInfo);
 
     // Strings show as straight lines from the front; their width follows the

@@ -5,7 +5,6 @@
 
 #include "spaghetti/SpaghettiOutlines.h"
 
-#include "drawing/MDrawSurface.h"
 #include "drawing/MPicture.h"
 #include "eps/WTracer.h"
 #include "spaghetti/WSpaghetti.h"
@@ -38,24 +37,4 @@ void TraceShapePoints(WSpaghetti& spaghetti, const MString& path) {
 
 void FreeTracer(WTracer* tracer) {
     delete tracer;
-}
-
-void DrawOutlines(MDrawSurface& surface, const WSpaghetti& spaghetti, const MColour& colour) {
-    const WTracer* tracer = spaghetti.Tracer;
-    if (!tracer) return;
-    auto map = [&](const WTracePoint& p) {
-        MPoint2 q;
-        q.x = float(int32_t(float(p.x) * spaghetti.Zoom + float(spaghetti.PictureRect.left)));
-        q.y = float(int32_t(float(p.y) * spaghetti.Zoom + float(spaghetti.PictureRect.top)));
-        return q;
-    };
-    for (int32_t i = 0; i < tracer->OutlineCount && i < tracer->Outlines.Count; i++) {
-        const WTraceOutline* outline = tracer->Outlines[i];
-        if (!outline || outline->PointCount < 1) continue;
-        int32_t count = outline->PointCount;
-        for (int32_t k = 0; k + 1 < count; k++)
-            surface.DrawLine(map(outline->Points[k]), map(outline->Points[k + 1]), 2, colour);
-        if (outline->Closed && count > 1)
-            surface.DrawLine(map(outline->Points[count - 1]), map(outline->Points[0]), 2, colour);
-    }
 }

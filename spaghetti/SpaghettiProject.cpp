@@ -11,7 +11,7 @@
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
-#include "spaghetti/SpaghettiShow.h"
+#include "show/SpaghettiShow.h"
 
 namespace {
 
@@ -176,7 +176,9 @@ void WSpaghetti::SaveProject() {
             return;
         }
     }
-    if (!WriteProjectShow(*this, showPath, epsPath)) return;
+    if (!WriteSpaghettiShow(showPath, epsPath, PathBitmap, Texture, Particle, Radius, Shape,
+                            Animation))
+        return;
     ShowMessage(Narrow("The following 2 files have been generated:\n\n") + epsPath + "\n" +
                     showPath,
                 IconInformation);

@@ -22,17 +22,6 @@ WSpaghettiHooks TheSpaghettiHooks;
 
 namespace {
 
-const WSettings& Settings() {
-    if (TheSettings) return *TheSettings;
-    static WSettings defaults;
-    static bool made = false;
-    if (!made) {
-        defaults.SetDefaults();
-        made = true;
-    }
-    return defaults;
-}
-
 bool EscapeDown() {
     if (TheSpaghettiHooks.EscapeDown) return TheSpaghettiHooks.EscapeDown();
     return IsKeyDown(KeyEscape);
@@ -102,6 +91,17 @@ bool StepAllowed(const WSpaghetti& spaghetti, const WShapePoint& a, const WShape
 }
 
 } // namespace
+
+const WSettings& SettingsOrDefaults() {
+    if (TheSettings) return *TheSettings;
+    static WSettings defaults;
+    static bool made = false;
+    if (!made) {
+        defaults.SetDefaults();
+        made = true;
+    }
+    return defaults;
+}
 
 void WSpaghetti::ClearState() {
     delete Picture;
@@ -226,7 +226,7 @@ bool WSpaghetti::PreparePicture(MString path) {
 
     // The mask replaces the picture's colours: clear where the alpha is 128
     // or less, the Grid colour elsewhere.
-    MColour grid = Settings().ColourGrid;
+    MColour grid = SettingsOrDefaults().ColourGrid;
     int32_t bytes = PictureBytesPerPixel(picture->Format);
     for (int32_t y = 0; y < picture->Height; y++) {
         uint8_t* at = picture->Pixels + int64_t(y) * picture->Pitch;

@@ -122,6 +122,10 @@ struct WSpaghetti {
 
 extern WSpaghetti TheSpaghetti;
 
+// The colours and the Grid colour of the mask come from the settings; a
+// process without settings (a test, a benchmark) takes their defaults.
+const WSettings& SettingsOrDefaults();
+
 // Puts the pairs in order and clamps every parameter to its range.
 void CleanParameters(WSpaghetti& spaghetti);
 

@@ -178,3 +178,30 @@ TEST_F(SpaghettiCanvas, DrawingWithoutADialogMakesNoSurface) {
     DrawCanvas(Tool, &FakeDc, 0.5f);
     EXPECT_EQ(TheSurfaceCount, before);
 }
+
+TEST_F(SpaghettiCanvas, TracedOutlinesAreDrawnClosedInTheInfoColour) {
+    std::string path = Path("opaque.tga");
+    WriteTga(path, 40, 30, [](int32_t, int32_t) { return 255; });
+    ASSERT_TRUE(Tool.PreparePicture(Text(path)));
+    EXPECT_EQ(Tool.Zoom, 1.0f);
+    EXPECT_EQ(Tool.PictureRect.left, 280);
+    EXPECT_EQ(Tool.PictureRect.top, 235);
+    Draw(1);
+    std::vector<MDrawOperation> lines = Of(DrawLineKind);
+    // The picture's rectangle: (0, 0), (0, 30), (40, 30), (40, 0) and the
+    // closing line back to the start.
+    ASSERT_EQ(lines.size(), 4u);
+    const float expected[4][4] = {
+        {280, 235, 280, 265}, {280, 265, 320, 265}, {320, 265, 320, 235}, {320, 235, 280, 235}};
+    for (int32_t i = 0; i < 4; i++) {
+        EXPECT_EQ(lines[i].X1, expected[i][0]) << i;
+        EXPECT_EQ(lines[i].Y1, expected[i][1]) << i;
+        EXPECT_EQ(lines[i].X2, expected[i][2]) << i;
+        EXPECT_EQ(lines[i].Y2, expected[i][3]) << i;
+        EXPECT_EQ(lines[i].Width, 2) << i;
+        EXPECT_TRUE(Same(lines[i].Colour, Settings.ColourInfo)) << i;
+    }
+    std::vector<MDrawOperation> texts = Of(DrawTextKind);
+    ASSERT_EQ(texts.size(), 1u);
+    EXPECT_EQ(Bytes(texts[0].Text), "opaque.tga");
+}

@@ -352,3 +352,50 @@ TEST_F(SpaghettiProject, OnlyTheLastDotOfTheChosenNameIsReplaced) {
     EXPECT_TRUE(std::filesystem::exists(Path("plain.EPS")));
     EXPECT_EQ(Bytes(MessageTexts[0]), "plain.CND already exists.\nDo you want to replace it?");
 }
+
+TEST_F(SpaghettiProject, SaveWritesTheProjectAndItsShowSideBySide) {
+    HandMadeCurves();
+    SampleRectangle(Tool, 10, 10, 30, 20);
+    Tool.Texture = 1;
+    Tool.Radius = 5;
+    Answer({Path("strings.eps")});
+    Tool.SaveProject();
+    std::string eps = Path("strings.EPS"), show = Path("strings.CND");
+    EXPECT_EQ(ReadFileBytes(eps), Bytes(Tool.ProjectText()));
+    std::string text = ReadFileBytes(show);
+    EXPECT_EQ(text.rfind("Cinderlane Show 4 7\r\n", 0), 0u);
+    EXPECT_NE(text.find("FNA\t\"" + eps + "\""), std::string::npos);
+    EXPECT_NE(text.find("MPA\t\"C:\\pics\\logo.png\""), std::string::npos);
+    EXPECT_NE(text.find("PFS\t5 5\r\n"), std::string::npos);
+    EXPECT_NE(text.find("TES\t-1\t0.5\r\n"), std::string::npos);
+    ASSERT_EQ(Messages.Count, 1);
+    EXPECT_EQ(Bytes(MessageTexts[0]),
+              "The following 2 files have been generated:\n\n" + eps + "\n" + show);
+    EXPECT_EQ(MessageIcons[0], IconInformation);
+    EXPECT_EQ(Bytes(TheFileName), eps);
+}
+
+TEST_F(SpaghettiProject, YesToTheReplaceQuestionWritesTheNewShow) {
+    HandMadeCurves();
+    SampleRectangle(Tool, 10, 10, 30, 20);
+    std::string show = Path("strings.CND");
+    WriteFileBytes(show, "old show");
+    Answer({Path("strings.eps")});
+    MessageAnswers[0] = AnswerYes;
+    Messages.AnswerCount = 1;
+    Tool.SaveProject();
+    EXPECT_EQ(ReadFileBytes(show).rfind("Cinderlane Show 4 7\r\n", 0), 0u);
+    ASSERT_EQ(Messages.Count, 2);
+    EXPECT_EQ(Bytes(MessageTexts[1]).rfind("The following 2 files have been generated:", 0), 0u);
+}
+
+TEST_F(SpaghettiProject, AnUnknownShapeWritesTheProjectButNoShowAndSaysNothing) {
+    HandMadeCurves();
+    SampleRectangle(Tool, 10, 10, 30, 20);
+    Tool.Shape = 7;
+    Answer({Path("strings.eps")});
+    Tool.SaveProject();
+    EXPECT_TRUE(std::filesystem::exists(Path("strings.EPS")));
+    EXPECT_FALSE(std::filesystem::exists(Path("strings.CND")));
+    EXPECT_EQ(Messages.Count, 0);
+}
