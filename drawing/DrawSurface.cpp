@@ -37,7 +37,7 @@ static WRect DeviceRect(const MDrawSurface& surface, const MDrawRect& rectangle)
                  int32_t(bottomRight.y)};
 }
 
-static MDrawRect AsDrawRect(const WRect& rectangle) {
+MDrawRect AsDrawRect(const WRect& rectangle) {
     return MDrawRect{float(rectangle.left), float(rectangle.top), float(rectangle.right),
                      float(rectangle.bottom)};
 }

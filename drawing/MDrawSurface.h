@@ -24,6 +24,8 @@ struct MPicture;
 struct MDrawRect {
     float left = 0, top = 0, right = 0, bottom = 0;
 };
+// The same rectangle in floats.
+MDrawRect AsDrawRect(const WRect& rectangle);
 
 // Horizontal and vertical placement of a text in its rectangle. Any value
 // other than 0 and 1 means left, or top.

@@ -1,6 +1,7 @@
 // The tool windows and dialogs come with their own subsystem. Until a window
 // exists its command does nothing, it is never open, and its refresh has
-// nothing to show; the menu and the keys already lead here.
+// nothing to show; the menu and the keys already lead here. The Spaghetti
+// dialog lives with its tool (spaghetti/SpaghettiDialog.cpp).
 
 #include "shell/ToolWindows.h"
 
@@ -9,6 +10,5 @@ void ToggleElementWindow() {}
 void ToggleModePalette() {}
 void RefreshPointWindow() {}
 void RefreshModePalette() {}
-void RunSpaghettiDialog() {}
 void RunOptionsDialog() {}
 void RunAboutDialog() {}
