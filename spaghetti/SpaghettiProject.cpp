@@ -10,8 +10,9 @@
 #include "foundation/Folders.h"
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
-#include "shell/Shell.h"
+#include "foundation/Program.h"
 #include "show/SpaghettiShow.h"
+#include "sketch/ModelHooks.h"
 
 namespace {
 
@@ -119,7 +120,7 @@ void WSpaghetti::OpenProject() {
     MString path = FilePrompt(Dialog, PromptOpenSketch);
     if (path.IsEmpty()) return;
     TheFileName = path;
-    RefreshTitle();
+    AskShowTitle();
     MTextFile text(path, false, false, Encoding8Bit);
     int32_t tags = text.IsOpen ? ReadProjectParameters(text, *this) : 0;
     if (tags < SpaghettiLeastTagLines) {
@@ -162,7 +163,7 @@ void WSpaghetti::SaveProject() {
     MString path = FilePrompt(Dialog, PromptSaveSketch);
     if (path.IsEmpty()) return;
     TheFileName = path;
-    RefreshTitle();
+    AskShowTitle();
     MString epsPath = path, showPath = path;
     epsPath.SetFileExtension(Narrow("EPS"));
     showPath.SetFileExtension(Narrow("CND"));

@@ -8,7 +8,7 @@
 
 #include "foundation/MString.h"
 #include "foundation/MVector.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "view/Geometry.h"
 
 #include <cstdint>

@@ -7,7 +7,7 @@
 #include "dialogs/Dialog.h"
 #include "resources/resource.h"
 #include "shell/ToolWindows.h"
-#include "spaghetti/SpaghettiDialog.h"
+#include "dialogs/SpaghettiDialog.h"
 
 using namespace spaghettitest;
 

@@ -3,7 +3,7 @@
 // redrawing the canvas after every string and polling Escape itself, with no
 // message pump and no timer.
 
-#include "spaghetti/SpaghettiDialog.h"
+#include "dialogs/SpaghettiDialog.h"
 
 #include "dialogs/DialogFields.h"
 #include "foundation/Platform.h"
