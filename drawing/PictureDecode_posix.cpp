@@ -639,6 +639,7 @@ bool PlatformSavePicture(const MPicture& picture, const MString& path,
             done = file.Write(jpeg->Buffer, uint32_t(jpeg->Size));
         else
             done = file.Write(bytes.Data, uint32_t(size));
+        if (done) done = file.Flush();
     }
     if (jpeg) {
         std::free(jpeg->Buffer);
