@@ -350,7 +350,7 @@ TEST(SketchCurves, BoundsOfLargeSketchesAreThoseOfEverySampleBitForBit) {
     for (float scale : scales) {
         for (int flat = 0; flat < 2; flat++) {
             WSketch sketch;
-            FillRandomCurves(sketch, seed++, 20000, scale, flat != 0);
+            FillRandomCurves(sketch, seed++, 5000, scale, flat != 0);
             float fast[6], sampled[6];
             sketch.GetBounds(fast);
             SampledBounds(sketch, sampled);
