@@ -138,5 +138,5 @@ bool SaveDds(const MPicture& picture, const MString& path) {
     if (!WriteDds(picture, bytes, size)) return false;
     MFile file;
     if (!file.Open(path, true, false)) return false;
-    return file.Write(bytes.Data, uint32_t(size));
+    return file.Write(bytes.Data, uint32_t(size)) && file.Flush();
 }

@@ -71,8 +71,11 @@ bool MDrawSurface::UseFont(const MString& family, int32_t size, int32_t weight, 
     return PlatformNewTextFormat(*this);
 }
 
+// The recording doubles when full, so a frame of any size costs a few
+// moves of the recording rather than one for every 256 operations.
 void MDrawSurface::Record(const MDrawOperation& operation) {
-    if (!Operations.Grow(OperationCount + 1, 256)) return;
+    if (!Operations.Grow(OperationCount + 1, Operations.Count > 256 ? Operations.Count : 256))
+        return;
     Operations[OperationCount++] = operation;
 }
 

@@ -214,10 +214,55 @@ int GifRead(GifFileType* gif, GifByteType* target, int count) {
     return int(take);
 }
 
+// True when every frame's pixels could come out of the bytes behind it. A
+// code of the compressed data takes at least two bits and stands for at most
+// 4096 pixels, so a frame of more than 16384 pixels per byte of its data runs
+// out of data before it is full, and giflib then refuses the file anyway;
+// this finds such a file from its block structure, before giflib allocates
+// and clears the frame (gigabytes for a few hundred bytes of file).
+bool GifFramesFitTheirData(const uint8_t* data, size_t size) {
+    if (size < 13) return true; // giflib's own checks refuse it
+    size_t at = 13;
+    if (data[10] & 0x80) at += 3u * (2u << (data[10] & 7));
+    // Skips a chain of sub-blocks; false when the file ends inside it.
+    auto skipBlocks = [&](uint64_t& bytes) {
+        while (at < size) {
+            size_t length = data[at++];
+            if (length == 0) return true;
+            at += length;
+            bytes += length;
+        }
+        return false;
+    };
+    while (at < size) {
+        uint8_t kind = data[at++];
+        uint64_t bytes = 0;
+        if (kind == 0x21) {
+            at++; // the extension's label
+            if (!skipBlocks(bytes)) return true;
+        } else if (kind == 0x2c) {
+            if (at + 9 > size) return true;
+            uint64_t width = data[at + 4] | (data[at + 5] << 8);
+            uint64_t height = data[at + 6] | (data[at + 7] << 8);
+            uint8_t flags = data[at + 8];
+            at += 9;
+            if (flags & 0x80) at += 3u * (2u << (flags & 7));
+            at++; // the code size
+            bool ended = skipBlocks(bytes);
+            if (width * height > 16384 * (bytes + 1)) return false;
+            if (!ended) return true;
+        } else {
+            return true; // the trailer, or what giflib is left to judge
+        }
+    }
+    return true;
+}
+
 // The first frame alone, in its own size, as BGRA with the transparent index
 // at alpha 0. With more than one frame the first frame's delay, disposal and
 // place are kept too.
 bool DecodeGif(MPicture& picture, const uint8_t* data, size_t size) {
+    if (!GifFramesFitTheirData(data, size)) return false;
     GifSource source{data, size, 0};
     int error = 0;
     GifFileType* gif = DGifOpen(&source, GifRead, &error);
@@ -639,6 +684,7 @@ bool PlatformSavePicture(const MPicture& picture, const MString& path,
             done = file.Write(jpeg->Buffer, uint32_t(jpeg->Size));
         else
             done = file.Write(bytes.Data, uint32_t(size));
+        if (done) done = file.Flush();
     }
     if (jpeg) {
         std::free(jpeg->Buffer);

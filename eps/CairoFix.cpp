@@ -44,7 +44,13 @@ void Substitute(uint8_t* text, int32_t length, const char* find, const char* wit
     }
     if (n == 0 || !text) return;
     int32_t size = int32_t(n);
+    // Only a place that holds the first byte can start an occurrence, and
+    // memchr finds those far faster than a comparison at every byte.
+    const uint8_t first = uint8_t(find[0]);
     for (int32_t i = 0; i + size <= length;) {
+        const void* hit = std::memchr(text + i, first, size_t(length - size - i + 1));
+        if (!hit) break;
+        i = int32_t(static_cast<const uint8_t*>(hit) - text);
         if (std::memcmp(text + i, find, n) == 0) {
             std::memcpy(text + i, with, n);
             i += size;

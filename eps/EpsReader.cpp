@@ -86,9 +86,10 @@ struct EpsReader {
     MEpsPath* Path;  // the result being filled
     MTextFile* File; // the open file, its bytes in memory when possible
     EpsWords Words;
-    MPoint3 Current;      // the current point, untransformed
-    MMatrix Matrix;       // from the last concat; replaced, never multiplied
-    bool IsCairo = false; // the file said it came from cairo
+    MPoint3 Current;       // the current point, untransformed
+    MMatrix Matrix;        // from the last concat; replaced, never multiplied
+    bool IsCairo = false;  // the file said it came from cairo
+    int32_t OpenMove = -1; // the one record of kind EpsMoveOpen, or -1 when there is none
 };
 
 const MPoint3 RollUp{0, 0, 1};
@@ -129,8 +130,10 @@ void Append(EpsReader& r, uint32_t kind, const MPoint3& a, const MPoint3& b, con
     MEpsPath& path = *r.Path;
     if (!path.Records.Grow(path.Used + 1, 1000)) {
         path.Used = 0;
+        r.OpenMove = -1;
         return;
     }
+    if (kind == EpsMoveOpen) r.OpenMove = path.Used;
     MEpsRecord& record = path.Records[path.Used++];
     record.Kind = kind;
     record.PointA = a;
@@ -140,14 +143,15 @@ void Append(EpsReader& r, uint32_t kind, const MPoint3& a, const MPoint3& b, con
 }
 
 // The nearest open move, searching from the last record back, takes the
-// kind; there may be none.
-void EndOpenPath(MEpsPath& path, uint32_t kind) {
-    for (int32_t i = path.Used - 1; i >= 0; i--) {
-        if (path.Records[i].Kind == EpsMoveOpen) {
-            path.Records[i].Kind = kind;
-            return;
-        }
-    }
+// kind; there may be none. A move is appended open only after the open one
+// before it has been ended, so there is never more than one, and the reader
+// keeps its index instead of searching every record after a fill.
+void EndOpenPath(EpsReader& r, uint32_t kind) {
+    MEpsPath& path = *r.Path;
+    int32_t open = r.OpenMove;
+    r.OpenMove = -1;
+    if (open >= 0 && open < path.Used && path.Records[open].Kind == EpsMoveOpen)
+        path.Records[open].Kind = kind;
 }
 
 // False when p repeats the end of the last record, a line or a curve. A move
@@ -165,7 +169,7 @@ bool PassesDuplicateTest(const MEpsPath& path, const MPoint3& p) {
 // A move first ends the path still open, so of several sub-paths before one
 // fill only the last is marked filled.
 void Move(EpsReader& r, const MPoint3& p, const MPoint3& stored, const MPoint3& roll) {
-    EndOpenPath(*r.Path, EpsMoveStroked);
+    EndOpenPath(r, EpsMoveStroked);
     Append(r, EpsMoveOpen, stored, MPoint3{}, MPoint3{}, roll);
     r.Current = p;
 }
@@ -270,10 +274,10 @@ bool ReadOneLine(EpsReader& r) {
 
     MEpsPath& path = *r.Path;
     if (n == 1 && last(WordsFill)) {
-        EndOpenPath(path, EpsMoveFilled);
+        EndOpenPath(r, EpsMoveFilled);
         path.Solid = true;
     } else if (n >= 1 && n <= 3 && last(WordsStroke)) {
-        EndOpenPath(path, EpsMoveStroked);
+        EndOpenPath(r, EpsMoveStroked);
     } else if (n == 7 && last(WordsConcat)) {
         Concat(r);
     } else if (n == 3 && last(WordsMoveto)) {

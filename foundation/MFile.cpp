@@ -65,11 +65,44 @@ bool MFile::Read(void* buffer, uint32_t size) {
     return PlatformFileRead(Handle, buffer, size) == int64_t(size);
 }
 
-// True only if exactly size bytes were written; a memory copy is read-only.
+// Writes are gathered in Pending and handed to the system a block at a time
+// (a text stream writes a character per call). A block that fills up is
+// written at once; one at least as large as the block goes straight through
+// after what is pending. The file holds the same bytes in the same order as
+// with one system call per Write.
+static const int32_t WriteBlock = 64 * 1024;
+
+// True only if exactly size bytes were written, or taken into the block; a
+// write that the system refuses, now or when the block is handed over, gives
+// false and its bytes are dropped. A memory copy is read-only.
 bool MFile::Write(const void* buffer, uint32_t size) {
-    if (!IsOpen || InMemory || !buffer) return false;
+    // A file opened for reading refuses every write, as its handle would.
+    if (!IsOpen || InMemory || !ForWriting || !buffer) return false;
     if (size == 0) return true;
-    return PlatformFileWrite(Handle, buffer, size) == int64_t(size);
+    if (size >= uint32_t(WriteBlock)) {
+        bool flushed = Flush();
+        return PlatformFileWrite(Handle, buffer, size) == int64_t(size) && flushed;
+    }
+    if (Pending.Count < WriteBlock && !Pending.SetCount(WriteBlock)) {
+        PendingCount = 0;
+        return PlatformFileWrite(Handle, buffer, size) == int64_t(size);
+    }
+    bool flushed = true;
+    if (PendingCount + int64_t(size) > WriteBlock) flushed = Flush();
+    std::memcpy(Pending.Data + PendingCount, buffer, size);
+    PendingCount += int32_t(size);
+    if (PendingCount == WriteBlock) flushed = Flush() && flushed;
+    return flushed;
+}
+
+// Hands the pending bytes to the system. True if there were none or all were
+// written; on a failure they are dropped, as a failed write drops its bytes.
+bool MFile::Flush() {
+    if (PendingCount == 0) return true;
+    int32_t count = PendingCount;
+    PendingCount = 0;
+    if (!IsOpen || !Handle) return false;
+    return PlatformFileWrite(Handle, Pending.Data, uint32_t(count)) == int64_t(count);
 }
 
 // The read position in memory mode, else the platform's file pointer; -1 for
@@ -77,6 +110,7 @@ bool MFile::Write(const void* buffer, uint32_t size) {
 int32_t MFile::Tell() {
     if (!IsOpen) return -1;
     if (InMemory) return Position;
+    if (PendingCount > 0) Flush();
     return int32_t(PlatformFileTell(Handle));
 }
 
@@ -90,6 +124,7 @@ bool MFile::Seek(int32_t position) {
         Position = position;
         return true;
     }
+    if (PendingCount > 0) Flush();
     return PlatformFileSeek(Handle, position) == position;
 }
 
@@ -97,13 +132,18 @@ bool MFile::Seek(int32_t position) {
 int32_t MFile::FileSize() {
     if (!IsOpen) return -1;
     if (!InMemory) {
+        if (PendingCount > 0) Flush();
         int64_t size = PlatformFileSize(Handle);
         Size = size < 0 || size > INT32_MAX ? -1 : int32_t(size);
     }
     return Size;
 }
 
+// Pending bytes are written before the handle is closed; a caller that must
+// know whether they reached the file calls Flush first.
 void MFile::Close() {
+    Flush();
+    Pending.SetCount(0);
     if (Handle) PlatformFileClose(Handle);
     Handle = nullptr;
     IsOpen = false;

@@ -1,7 +1,8 @@
 #pragma once
 // A thin binary file over the platform's file handles that can also serve its
-// reads from a full copy of the file in memory. Sizes and positions are
-// 32-bit throughout: the files of the system are small.
+// reads from a full copy of the file in memory, and gathers its writes into
+// blocks. Sizes and positions are 32-bit throughout: the files of the system
+// are small.
 
 #include "foundation/MString.h"
 #include "foundation/MVector.h"
@@ -12,10 +13,12 @@ struct MFile {
     bool IsOpen = false;
     void* Handle = nullptr; // the platform's handle; null when closed or in memory
     bool ForWriting = false;
-    bool InMemory = false;   // reads are served from Memory
-    MVector<uint8_t> Memory; // the file's contents in memory mode
-    int32_t Position = 0;    // read position in Memory, bytes
-    int32_t Size = -1;       // the file's size in bytes; -1 until known
+    bool InMemory = false;    // reads are served from Memory
+    MVector<uint8_t> Memory;  // the file's contents in memory mode
+    int32_t Position = 0;     // read position in Memory, bytes
+    int32_t Size = -1;        // the file's size in bytes; -1 until known
+    MVector<uint8_t> Pending; // writes not yet handed to the system; Count is the capacity
+    int32_t PendingCount = 0; // bytes of Pending in use
 
     MFile() = default;
     MFile(const MFile&) = delete;
@@ -26,6 +29,7 @@ struct MFile {
     bool OpenMemory(const void* bytes, int32_t size);
     bool Read(void* buffer, uint32_t size);
     bool Write(const void* buffer, uint32_t size);
+    bool Flush();
     int32_t Tell();
     bool Seek(int32_t position);
     int32_t FileSize();

@@ -248,6 +248,12 @@ bool MTextFile::TokenBool(int32_t index) const {
 // "<br />" and "&#34;".
 MString DecodeEscapes(MString text) {
     if (text.IsEmpty()) return text;
+    // Every escape begins with "<" or "&": most text has neither and is
+    // left as it is without a pass of its own per sequence.
+    bool escaped = false;
+    for (int32_t i = 0; i < text.Length && !escaped; i++)
+        escaped = text.Text[i] == u'<' || text.Text[i] == u'&';
+    if (!escaped) return text;
     text = ReplaceAll(text, u"<NEW LINE>", u"\r\n");
     text = ReplaceAll(text, u"<QUOTE>", u"\"");
     text = ReplaceAll(text, u"<br />", u"\r\n");

@@ -103,6 +103,27 @@ void WSketch::GetBounds(float bounds[6]) const {
     bounds[0] = bounds[1] = p0.x;
     bounds[2] = bounds[3] = p0.y;
     bounds[4] = bounds[5] = p0.z;
+    // Every position is among the samples (a curve's last sample is its end),
+    // so their box lies inside the result. A curve whose four controls lie
+    // well inside that box cannot move the result, as each sample lies
+    // within its controls up to a few roundings; its sampling is skipped,
+    // which leaves the result as it is.
+    float inner[6] = {bounds[0], bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]};
+    for (int32_t i = 0; i < PointCount; i++)
+        AddToBounds(inner, Points[i].Position);
+    float margin[3];
+    for (int32_t axis = 0; axis < 3; axis++) {
+        float low = std::fabs(inner[2 * axis]), high = std::fabs(inner[2 * axis + 1]);
+        margin[axis] = 1e-5f * (low > high ? low : high);
+    }
+    auto wellInside = [&](const MPoint3& p) {
+        const float c[3] = {p.x, p.y, p.z};
+        for (int32_t axis = 0; axis < 3; axis++)
+            if (!(c[axis] >= inner[2 * axis] + margin[axis] &&
+                  c[axis] <= inner[2 * axis + 1] - margin[axis]))
+                return false;
+        return true;
+    };
     for (int32_t i = 0; i < PointCount; i++) {
         if (Points[i].Kind != KindCurve || i == 0) {
             AddToBounds(bounds, Points[i].Position);
@@ -110,6 +131,9 @@ void WSketch::GetBounds(float bounds[6]) const {
         }
         MPoint3 controls[4];
         SegmentControls(Points.Data, i, controls);
+        if (wellInside(controls[0]) && wellInside(controls[1]) && wellInside(controls[2]) &&
+            wellInside(controls[3]))
+            continue;
         int32_t steps = CurveSteps(controls);
         for (int32_t k = 1; k <= steps; k++)
             AddToBounds(bounds, BezierPoint(controls, 0, 3, float(k) / float(steps)));

@@ -147,15 +147,30 @@ bool WSketch::CleanUp() {
 
     // Curves drawn twice. Only the head of a longer later curve that repeats
     // an earlier one is removed; its remainder stays with the kinds it had.
+    // NextMove[k] is the first KindMove at k or after, so that the search
+    // visits only the starts of curves; it is made again after a removal.
+    MVector<int32_t> nextMove;
+    auto findMoves = [&] {
+        if (!nextMove.SetCount(PointCount + 1)) return;
+        nextMove[PointCount] = PointCount;
+        for (int32_t k = PointCount - 1; k >= 0; k--)
+            nextMove[k] = Points[k].Kind == KindMove ? k : nextMove[k + 1];
+    };
+    findMoves();
+    auto following = [&](int32_t k) {
+        if (k >= PointCount) return k;
+        return nextMove.Count == PointCount + 1 ? nextMove[k] : k;
+    };
     for (int32_t i = 0; i < PointCount; i++) {
         if (Points[i].Kind != KindMove) continue;
         bool again = true;
         while (again) {
             again = false;
             int32_t count = CurveLength(*this, i);
-            for (int32_t j = i + count; j < PointCount; j++) {
+            for (int32_t j = following(i + count); j < PointCount; j = following(j + 1)) {
                 if (Points[j].Kind != KindMove || !RecordsRepeat(*this, i, j, count)) continue;
                 RemoveRecords(*this, j, count);
+                findMoves();
                 DebugOutput(MString(u"Duplicate curve with ") + IntegerText(count) +
                             " points deleted\n");
                 again = true;

@@ -63,7 +63,7 @@ seed() { # name source corpus
 run() { # name
     local name=$1 source=fuzz/$1.cpp corpus=$build/corpus/$1 log=$build/logs/$1.log
     local args=(-max_total_time="$seconds" -print_final_stats=1 -close_fd_mask=2
-        -artifact_prefix="$build/findings/$name-" -timeout=10 -rss_limit_mb=2048)
+        -artifact_prefix="$build/findings/$name-" -timeout=30 -rss_limit_mb=2048)
     local dict length
     dict=$(option "$source" Dictionary)
     length=$(option "$source" "Max length")

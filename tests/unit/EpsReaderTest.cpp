@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -818,4 +819,56 @@ TEST(EpsReaderMalformed, ManyRecordsGrowTheArray) {
     EXPECT_GE(path.Records.Count, 2501);
     EXPECT_EQ(path.Records.Count % 1000, 0);
     EXPECT_TRUE(Same(path.Records[2500].PointA, P3(2500, 0, 0)));
+}
+
+// A large file of many paths ended in every way (by a fill, a stroke, the
+// next move, or not at all, with fills and strokes that find no open path):
+// every move takes the kind that the search from the last record back for
+// the nearest open move gives.
+TEST(EpsReader, MoveKindsOfManyPathsAreThoseOfTheSearchBack) {
+    std::string text = "%!PS-Adobe-3.0 EPSF-3.0\n";
+    std::vector<uint32_t> expected; // the kind of each move, in order
+    auto endOpen = [&expected](uint32_t kind) {
+        for (size_t i = expected.size(); i-- > 0;)
+            if (expected[i] == EpsMoveOpen) {
+                expected[i] = kind;
+                return;
+            }
+    };
+    uint32_t seed = 3;
+    auto next = [&seed](uint32_t range) {
+        seed = seed * 1664525u + 1013904223u;
+        return (seed >> 16) % range;
+    };
+    for (int32_t path = 0; path < 3000; path++) {
+        endOpen(EpsMoveStroked);
+        expected.push_back(EpsMoveOpen);
+        text += std::to_string(path) + " " + std::to_string(path % 7) + " moveto\n";
+        uint32_t lines = 1 + next(4);
+        for (uint32_t k = 0; k < lines; k++)
+            text += std::to_string(path) + "." + std::to_string(k + 1) + " " +
+                    std::to_string(k * 3 + 1) + " lineto\n";
+        switch (next(5)) {
+        case 0:
+            text += "fill\n";
+            endOpen(EpsMoveFilled);
+            break;
+        case 1:
+            text += "2 setlinewidth stroke\n";
+            endOpen(EpsMoveStroked);
+            break;
+        case 2: // a fill and a stroke with no open path left
+            text += "fill\nstroke\n";
+            endOpen(EpsMoveFilled);
+            break;
+        default: // ended by the next move, or never
+            break;
+        }
+    }
+    MEpsPath path = ReadEpsMemory(text.data(), int32_t(text.size()));
+    std::vector<uint32_t> kinds;
+    for (int32_t i = 0; i < path.Used; i++)
+        if (path.Records[i].Kind <= EpsMoveFilled) kinds.push_back(path.Records[i].Kind);
+    EXPECT_EQ(kinds, expected);
+    EXPECT_TRUE(path.Solid);
 }

@@ -342,3 +342,90 @@ TEST(MFile, ReopeningClosesTheEarlierFile) {
     MFile reader;
     EXPECT_TRUE(reader.Open(PathText(first), false, false));
 }
+
+// ---- Gathered writes
+
+TEST(MFile, WritesOfEverySizeGiveTheSameBytesInTheSameOrder) {
+    fs::path path = FreshPath("gathered.bin");
+    std::string expected;
+    {
+        MFile file;
+        ASSERT_TRUE(file.Open(PathText(path), true, false));
+        // Single bytes, pairs, writes that end exactly at a block's end, ones
+        // larger than a block, and everything between.
+        const uint32_t sizes[] = {1, 2, 1, 3, 65536 - 7, 1, 1, 65536, 1, 200000, 2, 65535, 1, 4097};
+        uint32_t seed = 1;
+        for (uint32_t size : sizes) {
+            std::string chunk;
+            for (uint32_t i = 0; i < size; i++) {
+                seed = seed * 1103515245u + 12345u;
+                chunk += char(seed >> 24);
+            }
+            EXPECT_TRUE(file.Write(chunk.data(), size));
+            expected += chunk;
+        }
+        for (int i = 0; i < 300000; i++) {
+            char byte = char(i * 7);
+            EXPECT_TRUE(file.Write(&byte, 1));
+            expected += byte;
+        }
+    }
+    EXPECT_EQ(ReadBytes(path).size(), expected.size());
+    EXPECT_TRUE(ReadBytes(path) == expected);
+}
+
+TEST(MFile, PositionAndSizeCountTheBytesNotYetHandedOver) {
+    fs::path path = FreshPath("pending.bin");
+    MFile file;
+    ASSERT_TRUE(file.Open(PathText(path), true, false));
+    EXPECT_TRUE(file.Write("abcdef", 6));
+    EXPECT_EQ(file.Tell(), 6);
+    EXPECT_EQ(file.FileSize(), 6);
+    EXPECT_TRUE(file.Write("gh", 2));
+    EXPECT_EQ(file.FileSize(), 8);
+    EXPECT_TRUE(file.Seek(2));
+    EXPECT_TRUE(file.Write("XY", 2));
+    EXPECT_TRUE(file.Flush());
+    EXPECT_EQ(ReadBytes(path), "abXYefgh");
+    EXPECT_TRUE(file.Flush()); // nothing pending
+}
+
+TEST(MFile, FlushHandsOverWhatIsPendingAndCloseDoesTooWithoutBeingAsked) {
+    fs::path path = FreshPath("flush.bin");
+    MFile file;
+    ASSERT_TRUE(file.Open(PathText(path), true, false));
+    EXPECT_TRUE(file.Write("abc", 3));
+    EXPECT_TRUE(file.Flush());
+    EXPECT_EQ(ReadBytes(path), "abc");
+    EXPECT_TRUE(file.Write("def", 3));
+    file.Close();
+    EXPECT_EQ(ReadBytes(path), "abcdef");
+    EXPECT_EQ(file.PendingCount, 0);
+    EXPECT_TRUE(file.Flush());
+}
+
+// The system refuses every write once the handle is gone: the refusal of
+// gathered bytes shows when they are handed over, as false from the Write
+// that fills the block or from Flush, as it did from a Write of its own.
+TEST(MFile, AFailedHandOverReportsFailureAsAFailedWriteDid) {
+    fs::path path = FreshPath("refused.bin");
+    MFile file;
+    ASSERT_TRUE(file.Open(PathText(path), true, false));
+    PlatformFileClose(file.Handle);
+    EXPECT_EQ(PlatformFileWrite(file.Handle, "a", 1), -1);
+    // Larger than a block: straight to the system, refused at once.
+    std::string large(70000, 'x');
+    EXPECT_FALSE(file.Write(large.data(), uint32_t(large.size())));
+    // Small writes are gathered; the refusal comes with the hand-over.
+    EXPECT_TRUE(file.Write("abc", 3));
+    EXPECT_FALSE(file.Flush());
+    EXPECT_EQ(file.PendingCount, 0);
+    std::string block(65536 - 1, 'y');
+    EXPECT_TRUE(file.Write(block.data(), uint32_t(block.size())));
+    EXPECT_FALSE(file.Write("z", 1)); // fills the block: handed over and refused
+    EXPECT_TRUE(file.Write("abc", 3));
+    EXPECT_FALSE(file.Write(large.data(), uint32_t(large.size())));
+    file.Handle = nullptr; // already closed
+    file.Close();
+    EXPECT_EQ(ReadBytes(path), "");
+}

@@ -688,3 +688,20 @@ TEST(PictureTest, ToWicBitmapGivesPremultipliedBgraOfThePicture) {
     EXPECT_EQ(empty.ToWicBitmap(), nullptr);
 }
 #endif
+
+#if !defined(_WIN32)
+// A GIF of 248 bytes whose frame claims 65535 x 32767 pixels: its data cannot
+// fill the frame, so the file is refused, without a frame being made first.
+TEST(PictureTest, AGifFrameLargerThanItsDataCanFillIsRefused) {
+    std::vector<uint8_t> bytes =
+        ReadBytes(std::string(TEST_SOURCE_DIR) + "/tests/data/fuzz/gif-huge-frame.gif");
+    ASSERT_EQ(bytes.size(), 248u);
+    MPicture picture;
+    EXPECT_FALSE(DecodePictureMemory(picture, bytes.data(), bytes.size()));
+    EXPECT_EQ(picture.Pixels, nullptr);
+    // The same picture with a frame of its real size decodes.
+    std::vector<uint8_t> gif = ReadBytes(DataPath("anim.gif"));
+    EXPECT_TRUE(DecodePictureMemory(picture, gif.data(), gif.size()));
+    EXPECT_NE(picture.Pixels, nullptr);
+}
+#endif

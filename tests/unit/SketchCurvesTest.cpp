@@ -3,6 +3,7 @@
 
 #include "SketchTestSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -288,4 +289,73 @@ TEST(SketchIsFlat, NaNCountsAsDifferent) {
     t.Points[1].HandleIn.z = 1;
     t.Points[0].Roll.x = NaN;
     EXPECT_FALSE(t.IsFlat());
+}
+
+// ---- Bounds of large sketches against every curve sampled
+
+namespace {
+
+// Every curve sampled, as the bounds are defined.
+void SampledBounds(const WSketch& sketch, float bounds[6]) {
+    const MPoint3& p0 = sketch.Points[0].Position;
+    float start[6] = {p0.x, p0.x, p0.y, p0.y, p0.z, p0.z};
+    for (int32_t k = 0; k < 6; k++)
+        bounds[k] = start[k];
+    auto add = [&](const MPoint3& p) {
+        bounds[0] = std::min(bounds[0], p.x), bounds[1] = std::max(bounds[1], p.x);
+        bounds[2] = std::min(bounds[2], p.y), bounds[3] = std::max(bounds[3], p.y);
+        bounds[4] = std::min(bounds[4], p.z), bounds[5] = std::max(bounds[5], p.z);
+    };
+    for (int32_t i = 0; i < sketch.PointCount; i++) {
+        const WSketchPoint& p = sketch.Points[i];
+        if (p.Kind != KindCurve || i == 0) {
+            add(p.Position);
+            continue;
+        }
+        MPoint3 c[4] = {sketch.Points[i - 1].Position, sketch.Points[i - 1].HandleOut, p.HandleIn,
+                        p.Position};
+        int32_t steps = CurveSteps(c);
+        for (int32_t k = 1; k <= steps; k++)
+            add(BezierPoint(c, 0, 3, float(k) / float(steps)));
+    }
+}
+
+// Curves of random controls around random places, some far out, some flat,
+// in the scale given.
+void FillRandomCurves(WSketch& sketch, uint32_t seed, int32_t count, float scale, bool flat) {
+    std::vector<WSketchPoint> records;
+    auto next = [&seed] {
+        seed = seed * 1664525u + 1013904223u;
+        return float(seed >> 8) / float(1 << 24) - 0.5f;
+    };
+    for (int32_t i = 0; i < count; i++) {
+        uint8_t kind = i % 17 == 0 ? KindMove : (i % 5 == 0 ? KindLine : KindCurve);
+        float cx = next() * scale, cy = next() * scale, cz = flat ? 0 : next() * scale;
+        WSketchPoint p = Record(cx, cy, cz, kind);
+        float reach = scale * (i % 97 == 0 ? 2.0f : 0.05f);
+        p.HandleIn =
+            MPoint3{cx + next() * reach, cy + next() * reach, flat ? 0 : cz + next() * reach};
+        p.HandleOut =
+            MPoint3{cx + next() * reach, cy + next() * reach, flat ? 0 : cz - next() * reach};
+        records.push_back(p);
+    }
+    Fill(sketch, records);
+}
+
+} // namespace
+
+TEST(SketchCurves, BoundsOfLargeSketchesAreThoseOfEverySampleBitForBit) {
+    const float scales[] = {1.0f, 200.0f, 2048.0f, 1e6f, 3e-3f};
+    uint32_t seed = 7;
+    for (float scale : scales) {
+        for (int flat = 0; flat < 2; flat++) {
+            WSketch sketch;
+            FillRandomCurves(sketch, seed++, 5000, scale, flat != 0);
+            float fast[6], sampled[6];
+            sketch.GetBounds(fast);
+            SampledBounds(sketch, sampled);
+            for (int32_t k = 0; k < 6; k++)
+                EXPECT_EQ(fast[k], sampled[k]) << "scale " << scale << " bound " << k;
+        }
+    }
 }

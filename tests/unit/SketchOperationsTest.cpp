@@ -538,3 +538,49 @@ TEST_F(SketchOperations, MakeFlatAnsweredYesCleansUpWhatFlatteningMadeStraight) 
 }
 
 } // namespace
+
+// Many curves, some drawn again further on (whole, or as the head of a longer
+// curve, one of them right at the end): exactly the repeats go, in order.
+TEST_F(SketchOperations, RepeatsAmongManyCurvesAreFoundWhereverTheyStand) {
+    // Curve c: a zigzag of four records, no three in line, unlike every other.
+    auto curve = [](int32_t c) {
+        float x = float(c % 40) * 50, y = float(c / 40) * 50;
+        return std::vector<WSketchPoint>{
+            Record(x, y, 0, KindMove), Record(x + 10, y + 3, 0, KindLine),
+            Record(x + 20, y, 0, KindLine), Record(x + 30, y + 4, 0, KindLine)};
+    };
+    std::vector<WSketchPoint> records, expected;
+    auto append = [](std::vector<WSketchPoint>& to, const std::vector<WSketchPoint>& what) {
+        to.insert(to.end(), what.begin(), what.end());
+    };
+    int32_t repeats = 0;
+    for (int32_t c = 0; c < 400; c++) {
+        append(records, curve(c));
+        append(expected, curve(c));
+        if (c % 50 == 49) { // a repeat of an earlier curve
+            append(records, curve(c / 3));
+            repeats++;
+        }
+        if (c == 120) { // a longer curve whose head repeats curve 7
+            std::vector<WSketchPoint> longer = curve(7);
+            longer.push_back(Record(1000, 1000, 0, KindLine));
+            append(records, longer);
+            expected.push_back(Record(1000, 1000, 0, KindLine));
+            repeats++;
+        }
+    }
+    append(records, curve(399)); // the very last curve repeats the one before
+    repeats++;
+    WSketch& s = Load(records);
+    StartDebugCapture();
+    EXPECT_TRUE(s.CleanUp());
+    std::u16string report;
+    for (int32_t i = 0; i < repeats; i++)
+        report += u"Duplicate curve with 4 points deleted\n";
+    EXPECT_EQ(Text(StopDebugCapture()), report);
+    ASSERT_EQ(s.PointCount, int32_t(expected.size()));
+    for (int32_t i = 0; i < s.PointCount; i++) {
+        EXPECT_TRUE(SameBits(s.Points[i].Position, expected[size_t(i)].Position)) << i;
+        EXPECT_EQ(s.Points[i].Kind, expected[size_t(i)].Kind) << i;
+    }
+}
