@@ -387,3 +387,7 @@ void RedrawControl(void* window, int32_t id) {
     else if (window)
         PlatformRedrawControl(window, id);
 }
+
+void PaintControlsNow(void* window) {
+    if (window && !AsMemoryDialog(window)) PlatformPaintControlsNow(window);
+}

@@ -101,6 +101,10 @@ void MoveControl(void* dialog, int32_t id, const WRect& rect);
 // Asks for a paint of the whole dialog, or of one control, at the next chance.
 void RedrawDialog(void* dialog);
 void RedrawControl(void* dialog, int32_t id);
+// Lets the controls paint what they have waiting now, during the dialog's
+// own paint, so that a drawing made after it lies over them (a group box
+// fills its inside when it paints).
+void PaintControlsNow(void* dialog);
 // The system's colour of button faces, which dialogs are filled with.
 MColour ButtonFaceColour();
 

@@ -34,3 +34,4 @@ void PlatformSetDialogClientSize(void* dialog, int32_t width, int32_t height);
 void PlatformMoveControl(void* dialog, int32_t id, const WRect& rect);
 void PlatformRedrawDialog(void* dialog);
 void PlatformRedrawControl(void* dialog, int32_t id);
+void PlatformPaintControlsNow(void* dialog);

@@ -75,3 +75,4 @@ MColour ButtonFaceColour() {
     face.r = face.g = face.b = 240;
     return face;
 }
+void PlatformPaintControlsNow(void*) {}

@@ -317,3 +317,8 @@ MColour ButtonFaceColour() {
     colour.a = 255;
     return colour;
 }
+void PlatformPaintControlsNow(void* dialog) {
+    for (HWND child = GetWindow(static_cast<HWND>(dialog), GW_CHILD); child;
+         child = GetWindow(child, GW_HWNDNEXT))
+        UpdateWindow(child);
+}

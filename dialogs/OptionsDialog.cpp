@@ -158,6 +158,9 @@ void PaintSwatches(void* dialog, void* dc, MDrawSurface& surface) {
         if (s.right > all.right) all.right = s.right;
         if (s.bottom > all.bottom) all.bottom = s.bottom;
     }
+    // The group box "Colours" around the swatches would cover them when it
+    // paints after the dialog.
+    PaintControlsNow(dialog);
     surface.CreateForDc(dc, all);
     if (surface.Begin()) {
         surface.Clear(ButtonFaceColour());

@@ -12,6 +12,14 @@ expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
 
 xdotool key --window "$WID" F11 2>/dev/null
 wait_for_dialog "Quillmere - Options" 30
+# The swatch of "Curve" (black by default) stands right beside its label, a
+# square as high as the label: at 96 dots per inch the label ends at x 360
+# and spans y 96 to 112 of the dialog.
+main=$WID
+WID=$DLG
+wait_for_colour 368 104 0,0,0 60 "the black swatch of the curve colour"
+wait_for_colour 368 62 229,229,229 10 "the swatch of the grid colour"
+WID=$main
 shot 1-options
 press_in_dialog
 type_text 5

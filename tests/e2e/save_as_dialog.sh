@@ -1,23 +1,28 @@
 #!/usr/bin/env bash
-# A new user draws one stroke and chooses File > Save as... from the
-# keyboard. The save dialog comes first: with the defaults ("Solid" and
-# "Roll" off) only "Handwritten text" of the templates can be ticked, so the
-# keyboard's tab order skips the greyed ones. The user tabs to it, ticks it
-# with the space bar and presses Return for OK. Then the file prompt asks for
-# the name. The EPS file is written with the dialog's choices (Centre and
-# Normalize size on, 100 lines per curve), the title takes the file's name,
-# and at the close the settings file remembers the ticked template.
+# A user opens a sketch of one open curve from the command line and chooses
+# File > Save as... from the keyboard. The save dialog comes first: with the
+# defaults ("Solid" and "Roll" off) only "Handwritten text" of the templates
+# can be ticked, so the keyboard's tab order skips the greyed ones. The user
+# tabs to it, ticks it with the space bar and presses Return for OK. Then the
+# file prompt asks for the name. The EPS file is written with the dialog's
+# choices (Centre and Normalize size off, as the opened file asked, and 100
+# lines per curve), the title takes the file's name, and at the close the
+# settings file remembers the ticked template.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 e2e_begin "$@"
 
 saved=$OUT/dialog.eps
+opened=$OUT/corner.eps
 rm -f "$saved"
+printf '%s\r\n' '%!PS-Adobe-3.0 EPSF-3.0' '%%Creator: Brambleworks Quillmere' \
+  '%%Cinderlane Centre N' '%%Cinderlane Scale N' '%%LanguageLevel: 2' \
+  '%%BoundingBox: -10 -10 110 60' '%%Pages: 1' '%%EndComments' '%Page: 1 1' 'gsave' \
+  '1 1 scale' '0 0 moveto' '100 0 lineto' '100 50 lineto' '0 setgray' '2 setlinewidth stroke' \
+  'grestore' '%%EOF' >"$opened"
 
-start_quillmere
+start_quillmere "$(windows_path "$opened")"
 wait_for_main_window 60
-expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
-draw_stroke 200 300 250 300 300 300 350 300 400 300
-expect_title "Quillmere - Untitled * (2 points) [DRAW FREEHAND]"
+expect_title "Quillmere - corner.eps (3 points) [EDIT SKETCH]"
 
 # File > Save as...: the fourth item of the File menu.
 xdotool key --window "$WID" alt+f 2>/dev/null
@@ -43,13 +48,14 @@ press_in_dialog
 type_text "$(windows_path "$OUT")\\dialog.eps"
 press_in_dialog Return
 wait_for_dialog_gone 20
-expect_title "Quillmere - dialog.eps (2 points) [DRAW FREEHAND]"
+expect_title "Quillmere - dialog.eps (3 points) [EDIT SKETCH]"
 [ -f "$saved" ] || fail "no file $saved after Save as..."
-tr -d '\r' <"$saved" | grep -qx '%%Cinderlane Centre Y' || fail "the file does not ask for centring"
-tr -d '\r' <"$saved" | grep -qx '%%Cinderlane Scale Y' || fail "the file does not ask for scaling"
+tr -d '\r' <"$saved" | grep -qx '%%Cinderlane Centre N' || fail "the file asks for centring"
+tr -d '\r' <"$saved" | grep -qx '%%Cinderlane Scale N' || fail "the file asks for scaling"
 tr -d '\r' <"$saved" | grep -qx '%%Cinderlane MaxLinesPerCurve 100' || fail "the file has not 100 lines per curve"
-[ "$(tr -d '\r' <"$saved" | grep -c ' lineto$')" -eq 1 ] || fail "the file does not hold the stroke's line"
+[ "$(tr -d '\r' <"$saved" | grep -c ' lineto$')" -eq 2 ] || fail "the file does not hold the two lines of the sketch"
 
+activate_main_window
 close_with_alt_f4
 expect_exit_code 0 30
 settings_text | grep -q '^Template	1	Y$' || fail "the ticked template was not kept: $(settings_text | grep '^Template')"

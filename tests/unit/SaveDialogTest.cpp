@@ -151,7 +151,7 @@ TEST_F(SaveDialogTest, AGreyedTemplateCannotBeTicked) {
     EXPECT_FALSE(settings.Template[2]);
 }
 
-TEST_F(SaveDialogTest, TickingRoadFirstPersonUntickesCentreAndNormalizeAtOnce) {
+TEST_F(SaveDialogTest, TickingRoadFirstPersonUnticksCentreAndNormalizeAtOnce) {
     Load(OpenCorner());
     settings.SaveRoll = true;
     ASSERT_TRUE(settings.Centre);
@@ -188,7 +188,7 @@ TEST_F(SaveDialogTest, CentreAndNormalizeStayWithTheTunnelAndTheLogo) {
     EXPECT_TRUE(settings.Template[0]);
 }
 
-TEST_F(SaveDialogTest, UntickingSolidUntickesTheLogo) {
+TEST_F(SaveDialogTest, UntickingSolidUnticksTheLogo) {
     Load(OpenCorner());
     settings.SaveSolid = true;
     settings.Template[0] = true;

@@ -164,7 +164,9 @@ TEST_F(ModalDialogsWin, OptionsFieldsSwatchesAndOk) {
             EXPECT_EQ(TextOf(GetDlgItem(dialog, IDC_OPTIONS_DISPLAYSIZE)), L"100%");
             EXPECT_TRUE(Checked(dialog, IDC_OPTIONS_SHOWHELPTEXTS));
             // The Grid swatch, right of its label, as high as the label.
-            UpdateWindow(dialog);
+            ShowWindow(dialog, SW_SHOW);
+            RedrawWindow(dialog, nullptr, nullptr,
+                         RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
             RECT label;
             GetWindowRect(GetDlgItem(dialog, IDC_OPTIONS_GRID), &label);
             MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&label), 2);
@@ -212,6 +214,7 @@ TEST_F(ModalDialogsWin, AboutIsSizedItsButtonPlacedAndAClickEndsIt) {
             EXPECT_EQ(button.right, 640);
             EXPECT_EQ(button.bottom, 380);
             // Drawn white, with the button still on top.
+            ShowWindow(dialog, SW_SHOW);
             RedrawWindow(dialog, nullptr, nullptr,
                          RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
             HDC dc = GetDC(dialog);
