@@ -16,15 +16,6 @@
 #include <cstddef>
 #include <cstdint>
 
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
-
-// The reader never loads a picture, so the tool it fills owns nothing to
-// release; the generator that would release it is left out.
-void WSpaghetti::ClearState() {}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > (1u << 20)) return 0;
     WSpaghetti tool;

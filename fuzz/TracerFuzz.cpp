@@ -29,11 +29,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-// The message box title of the platform layer lives with the shell, which
-// this small program leaves out.
-extern const char16_t* const TheProgramName;
-const char16_t* const TheProgramName = u"Quillmere";
-
 namespace {
 
 void Check(const WTracer& tracer, int32_t width, int32_t height) {

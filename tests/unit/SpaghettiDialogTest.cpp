@@ -5,9 +5,9 @@
 #include "SpaghettiTestSupport.h"
 
 #include "dialogs/Dialog.h"
+#include "dialogs/SpaghettiDialog.h"
 #include "resources/resource.h"
 #include "shell/ToolWindows.h"
-#include "dialogs/SpaghettiDialog.h"
 
 using namespace spaghettitest;
 
