@@ -6,6 +6,7 @@
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
+#include "shell/ToolWindows.h"
 #include "view/WView.h"
 
 #include <new>
@@ -127,6 +128,7 @@ void WElement::Add(uint32_t id, float p1, float p2, float p3, float p4) {
         TheMode = ModeEditSketch;
         RefreshTitle();
         RefreshMenu();
+        RefreshModePalette();
     }
     // 12. The local list is released with the piece.
 }

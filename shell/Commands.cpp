@@ -2,6 +2,9 @@
 
 #include "shell/Commands.h"
 
+#include "dialogs/ElementWindow.h"
+#include "dialogs/ModePalette.h"
+#include "dialogs/PointWindow.h"
 #include "drawing/FilePrompt.h"
 #include "drawing/MDrawSurface.h"
 #include "eps/EpsWriter.h"
@@ -169,18 +172,16 @@ void CommandZoomOut() {
 }
 
 void CommandPoint() {
-    TogglePointWindow();
-    RefreshMenu();
+    ToggleInfo();
 }
 // Elements are added at the selected end of the path, which the edit mode
 // shows.
 void CommandElement() {
-    ToggleElementWindow();
+    ToggleElement();
     SetMode(ModeEditSketch);
 }
 void CommandMode() {
-    ToggleModePalette();
-    RefreshMenu();
+    ToggleMode();
 }
 
 // ---- Tools

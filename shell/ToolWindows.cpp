@@ -1,14 +1,17 @@
-// The tool windows and dialogs come with their own subsystem. Until a window
-// exists its command does nothing, it is never open, and its refresh has
-// nothing to show; the menu and the keys already lead here.
+// The modal dialogs come with their own subsystem; until one exists its
+// command does nothing.
 
 #include "shell/ToolWindows.h"
 
-void TogglePointWindow() {}
-void ToggleElementWindow() {}
-void ToggleModePalette() {}
-void RefreshPointWindow() {}
-void RefreshModePalette() {}
+#include "dialogs/ModePalette.h"
+#include "dialogs/PointWindow.h"
+
+void RefreshPointWindow() {
+    if (TheInfoDialog) TheInfoDialog->Refresh();
+}
+void RefreshModePalette() {
+    if (TheModeDialog) TheModeDialog->Repaint();
+}
 void RunSpaghettiDialog() {}
 void RunOptionsDialog() {}
 void RunAboutDialog() {}

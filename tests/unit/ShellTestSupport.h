@@ -11,6 +11,7 @@
 
 #include "ScratchFolder.h"
 
+#include "dialogs/ToolWindowPlaces.h"
 #include "drawing/FilePrompt.h"
 #include "eps/EpsWriter.h"
 #include "foundation/Platform.h"
@@ -125,6 +126,8 @@ class ShellFixture : public ::testing::Test {
         ApplyMenuState(WMenuState());
     }
     void TearDown() override {
+        EndToolDialogs();
+        EndModePalette();
         ReleaseBackground();
         DestroyView();
         DestroyRecording();
