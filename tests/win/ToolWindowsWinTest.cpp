@@ -6,6 +6,7 @@
 #include "dialogs/ModePalette.h"
 #include "dialogs/PointWindow.h"
 #include "dialogs/ToolWindowPlaces.h"
+#include "drawing/MDrawSurface.h"
 #include "elements/WElement.h"
 #include "foundation/Folders.h"
 #include "foundation/MString.h"
