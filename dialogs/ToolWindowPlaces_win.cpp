@@ -3,6 +3,8 @@
 
 #include "dialogs/ToolWindowPlaces.h"
 
+#include "shell/Shell.h"
+
 #include <windows.h>
 
 bool PlatformToolWindowRect(void* dialog, WRect& rectangle) {
@@ -19,11 +21,18 @@ void PlatformSetToolWindowRect(void* dialog, const WRect& rectangle) {
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-// Shown without activation: the keyboard stays with the main window.
+// Shown without activation: the keyboard stays with the main window. The
+// dialog's creation gave the focus to its first control, which made the
+// dialog the active window; the main window takes it back.
 void PlatformShowToolWindowAt(void* dialog, int32_t left, int32_t top) {
     if (!dialog) return;
     SetWindowPos(static_cast<HWND>(dialog), nullptr, left, top, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    HWND main = static_cast<HWND>(TheMainWindow);
+    if (main && IsWindowVisible(main)) {
+        SetActiveWindow(main);
+        SetFocus(main);
+    }
 }
 
 void PlatformLimitEdits(void* dialog, const int32_t* ids, int32_t count, int32_t length) {
