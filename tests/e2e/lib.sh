@@ -241,7 +241,18 @@ wait_for_main_window() {
   WID=""
   while [ "$waited" -lt $((timeout * 10)) ]; do
     WID=$(xdotool search --onlyvisible --name '^Quillmere - .* points\) \[' 2>/dev/null | head -n 1)
-    [ -n "$WID" ] && return 0
+    if [ -n "$WID" ]; then
+      # The tool windows open just after the main window and leave it
+      # without the mouse and keyboard; once they stand, a click on the
+      # main window's menu bar gives both back.
+      for _ in $(seq 50); do
+        [ -n "$(tool_windows)" ] && break
+        sleep 0.1
+      done
+      sleep 0.5
+      activate_main_window
+      return 0
+    fi
     kill -0 "$QPID" 2>/dev/null || fail "the program ended before its window appeared"
     sleep 0.1
     waited=$((waited + 1))
