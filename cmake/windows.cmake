@@ -17,6 +17,7 @@ target_include_directories(Quillmere PRIVATE ${CMAKE_SOURCE_DIR}/resources)
 target_link_libraries(Quillmere PRIVATE quillmere_core)
 target_link_options(Quillmere PRIVATE ${QUILLMERE_LINK_OPTIONS})
 set_target_properties(Quillmere PROPERTIES OUTPUT_NAME Quillmere)
+add_dependencies(Quillmere media)
 
 # ---- Windows-side tests: GoogleTest under Wine, against real windows, the
 # real resources and Direct2D.
@@ -25,6 +26,7 @@ add_executable(win_tests ${WIN_TEST_SOURCES} ${QUILLMERE_RESOURCES})
 target_include_directories(win_tests PRIVATE ${CMAKE_SOURCE_DIR}/resources)
 target_link_libraries(win_tests PRIVATE quillmere_core ${GTEST_TARGETS} version)
 target_link_options(win_tests PRIVATE -static -static-libgcc -static-libstdc++)
+add_dependencies(win_tests media)
 add_test(NAME win_tests COMMAND win_tests)
 set_tests_properties(win_tests PROPERTIES TIMEOUT 300)
 

@@ -128,6 +128,7 @@ void WElement::Add(uint32_t id, float p1, float p2, float p3, float p4) {
         TheMode = ModeEditSketch;
         AskShowTitle();
         AskShowMenuState();
+        AskShowMode();
     }
     // 12. The local list is released with the piece.
 }

@@ -3,7 +3,10 @@
 #include "shell/Commands.h"
 
 #include "dialogs/AboutDialog.h"
+#include "dialogs/ElementWindow.h"
+#include "dialogs/ModePalette.h"
 #include "dialogs/OptionsDialog.h"
+#include "dialogs/PointWindow.h"
 #include "drawing/FilePrompt.h"
 #include "drawing/MDrawSurface.h"
 #include "eps/EpsWriter.h"
@@ -163,18 +166,16 @@ void CommandZoomOut() {
 }
 
 void CommandPoint() {
-    TogglePointWindow();
-    RefreshMenu();
+    ToggleInfo();
 }
 // Elements are added at the selected end of the path, which the edit mode
 // shows.
 void CommandElement() {
-    ToggleElementWindow();
+    ToggleElement();
     SetMode(ModeEditSketch);
 }
 void CommandMode() {
-    ToggleModePalette();
-    RefreshMenu();
+    ToggleMode();
 }
 
 // ---- Tools

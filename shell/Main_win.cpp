@@ -19,6 +19,7 @@
 // that undoes what was made so far.
 
 #include "dialogs/Dialog.h"
+#include "dialogs/ToolWindowPlaces.h"
 #include "drawing/MDrawSurface.h"
 #include "drawing/MMediaTypes.h"
 #include "foundation/MString.h"
@@ -105,7 +106,8 @@ static int32_t StartUp(HINSTANCE instance, int showCommand) {
     if (!Accelerators) return ShutdownAccelerators;
     DebugOutput(u"Accelerators created\n");
 
-    // Step 15, the tool windows as the settings say, comes here. Step 16.
+    // Step 15, then step 16.
+    OpenToolWindowsAtStart();
     EnterStartMode();
 
     // Step 17: only the first argument counts.
@@ -133,10 +135,11 @@ static void ShutDown(int32_t from) {
     }
     // The settings were saved when the window closed, not here.
     if (from <= ShutdownSettings) DestroySettings();
-    // ShutdownToolWindows: the Point and Element tool windows go here once
-    // they exist.
-    // ShutdownSurface: the Mode palette goes first, once it exists.
-    if (from <= ShutdownSurface) DestroySurface();
+    if (from <= ShutdownToolWindows) EndToolDialogs();
+    if (from <= ShutdownSurface) {
+        EndModePalette();
+        DestroySurface();
+    }
 }
 
 // The loop never waits: with no message it sleeps a millisecond and draws a

@@ -1,4 +1,7 @@
 #include "shell/Shell.h"
+#include "dialogs/ElementWindow.h"
+#include "dialogs/ModePalette.h"
+#include "dialogs/PointWindow.h"
 #include "shell/ToolWindows.h"
 #include "shell/WSettings.h"
 #include "shell/Window.h"
@@ -42,6 +45,9 @@ void RefreshMenu() {
     state.EditSketch = TheMode == ModeEditSketch;
     state.EditRoll = TheMode == ModeEditRoll;
     state.Grid = TheSettings && TheSettings->UseGrid;
+    state.PointWindow = TheInfoDialog != nullptr;
+    state.ElementWindow = TheElementDialog != nullptr;
+    state.ModeWindow = TheModeDialog != nullptr;
     if (TheSketch && TheSketch->Undo) {
         state.UndoEnabled = TheSketch->Undo->Depth >= 2;
         state.RedoEnabled = TheSketch->Undo->RedoDepth >= 1;
@@ -53,4 +59,5 @@ void InstallModelHooks() {
     TheModelHooks.ShowMenuState = RefreshMenu;
     TheModelHooks.ShowTitle = RefreshTitle;
     TheModelHooks.ShowSelection = RefreshPointWindow;
+    TheModelHooks.ShowMode = RefreshModePalette;
 }

@@ -1,5 +1,6 @@
 #include "shell/Startup.h"
 
+#include "dialogs/ToolWindowPlaces.h"
 #include "elements/WElement.h"
 #include "shell/Frame.h"
 #include "shell/Shell.h"
@@ -60,9 +61,14 @@ void OpenStartFile(const MString& argument) {
 }
 
 // The question about unsaved changes comes first: a cancel keeps everything
-// as it was. The tool windows are not there yet, so they are saved as closed.
+// as it was. An open tool window is saved at its present place as shown.
 bool PrepareToClose(const WRect& mainWindow) {
     if (!AskToSave()) return false;
-    SaveSettingsAtClose(mainWindow, nullptr, nullptr, nullptr);
+    WRect rects[ToolWindowCount];
+    bool open[ToolWindowCount];
+    OpenToolWindowRects(rects, open);
+    SaveSettingsAtClose(mainWindow, open[ToolPoint] ? &rects[ToolPoint] : nullptr,
+                        open[ToolElement] ? &rects[ToolElement] : nullptr,
+                        open[ToolMode] ? &rects[ToolMode] : nullptr);
     return true;
 }

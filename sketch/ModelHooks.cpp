@@ -13,3 +13,7 @@ void AskShowTitle() {
 void AskShowSelection() {
     if (TheModelHooks.ShowSelection) TheModelHooks.ShowSelection();
 }
+
+void AskShowMode() {
+    if (TheModelHooks.ShowMode) TheModelHooks.ShowMode();
+}

@@ -7,6 +7,7 @@ struct WModelHooks {
     void (*ShowMenuState)() = nullptr; // the menu checks the mode and enables undo and redo anew
     void (*ShowTitle)() = nullptr;     // the title shows file, modified mark, count and mode anew
     void (*ShowSelection)() = nullptr; // the Point tool window, if open, shows the selection anew
+    void (*ShowMode)() = nullptr;      // the Mode palette, if open, shows the mode anew
 };
 
 extern WModelHooks TheModelHooks;
@@ -15,3 +16,4 @@ extern WModelHooks TheModelHooks;
 void AskShowMenuState();
 void AskShowTitle();
 void AskShowSelection();
+void AskShowMode();

@@ -5,6 +5,7 @@
 #include "sketch/PointEditing.h"
 
 #include "foundation/Settings.h"
+#include "sketch/ModelHooks.h"
 #include "view/WView.h"
 
 namespace {
@@ -44,9 +45,12 @@ bool WithinReach(const WSketch& sketch, int32_t a, int32_t b, float reach) {
 // curve's start, or its first record reaching another curve's end, joins the
 // two. Closing and joining deselect, so that the rest of the drag pans.
 // There is no Commit: the button release commits, making a drag one undo
-// step. (The Point tool window reads the sketch when it is next refreshed.)
+// step. Whichever way the move ends, the Point tool window shows the result.
 void WSketch::DragCurrent(const MPoint3& delta) {
     if (!ValidCurrent(*this) || CurrentPart < 0 || CurrentPart > 3) return;
+    struct ReloadPointWindow {
+        ~ReloadPointWindow() { AskShowSelection(); }
+    } reload;
     int32_t index = Current;
     // Found before the move, which parts the two positions.
     int32_t twin = FindTwin(index);

@@ -164,17 +164,95 @@ windows_path() { # file
   echo "$path"
 }
 
-# Visible top-level windows whose title starts with the program's name.
-program_windows() {
-  xdotool search --onlyvisible --name '^Quillmere' 2>/dev/null
+# The tool windows stand beside the main window from the first start: the
+# Point and Element windows, titled "Quillmere - Point" and "Quillmere -
+# Element", and the Mode palette, which has no title.
+tool_windows() {
+  xdotool search --onlyvisible --name '^Quillmere - (Point|Element)$' 2>/dev/null
 }
 
+# The X window of the Point or Element tool window (TW), by its title.
+wait_for_tool_window() { # Point|Element [timeout s]
+  local timeout=${2:-20} waited=0
+  TW=""
+  while [ "$waited" -lt $((timeout * 10)) ]; do
+    TW=$(xdotool search --onlyvisible --name "^Quillmere - $1\$" 2>/dev/null | head -n 1)
+    [ -n "$TW" ] && return 0
+    sleep 0.1
+    waited=$((waited + 1))
+  done
+  fail "no tool window \"Quillmere - $1\" within $timeout s"
+}
+
+# The Mode palette (PALETTE): the visible window without a title around a
+# client area of 64 by 192 pixels. Wine draws the tool windows' frames
+# itself; the palette tells their size: FRAME_LEFT and FRAME_TOP are the
+# pixels from a tool window's X window to its client area.
+wait_for_palette() { # [timeout s]
+  local timeout=${1:-20} waited=0 w width height
+  PALETTE=""
+  while [ "$waited" -lt $((timeout * 10)) ]; do
+    for w in $(xdotool search --onlyvisible --name '^$' 2>/dev/null); do
+      eval "$(xdotool getwindowgeometry --shell "$w" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=')"
+      width=${WIDTH:-0} height=${HEIGHT:-0}
+      if [ "$width" -ge 64 ] && [ "$width" -le 80 ] && [ "$height" -ge 192 ] && [ "$height" -le 240 ]; then
+        PALETTE=$w
+        FRAME_LEFT=$(((width - 64) / 2))
+        FRAME_TOP=$((height - 192 - FRAME_LEFT))
+        return 0
+      fi
+    done
+    sleep 0.2
+    waited=$((waited + 2))
+  done
+  fail "no Mode palette within $timeout s"
+}
+
+# Whether any palette is visible.
+palette_shown() {
+  local w
+  for w in $(xdotool search --onlyvisible --name '^$' 2>/dev/null); do
+    eval "$(xdotool getwindowgeometry --shell "$w" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=')"
+    [ "${WIDTH:-0}" -ge 64 ] && [ "${WIDTH:-0}" -le 80 ] && [ "${HEIGHT:-0}" -ge 192 ] &&
+      [ "${HEIGHT:-0}" -le 240 ] && return 0
+  done
+  return 1
+}
+
+# A left click at client pixels of a tool window (after wait_for_palette).
+click_in() { # window x y
+  xdotool mousemove --window "$1" $(($2 + FRAME_LEFT)) $(($3 + FRAME_TOP)) || fail "mousemove failed"
+  pause_step
+  xdotool click 1 || fail "click failed"
+  pause_step
+}
+
+# Visible top-level windows whose title starts with the program's name: the
+# main window and message boxes, not the tool windows.
+program_windows() {
+  xdotool search --onlyvisible --name '^Quillmere' 2>/dev/null |
+    grep -vxF -f <(tool_windows; echo none)
+}
+
+# The main window is found by the shape of its title, "Quillmere - <file>
+# (<n> points) [<MODE>]", which no other window of the program has.
 wait_for_main_window() {
   local timeout=${1:-60} waited=0
   WID=""
   while [ "$waited" -lt $((timeout * 10)) ]; do
-    WID=$(xdotool search --onlyvisible --name '^Quillmere - ' 2>/dev/null | head -n 1)
-    [ -n "$WID" ] && return 0
+    WID=$(xdotool search --onlyvisible --name '^Quillmere - .* points\) \[' 2>/dev/null | head -n 1)
+    if [ -n "$WID" ]; then
+      # The tool windows open just after the main window and leave it
+      # without the mouse and keyboard; once they stand, a click on the
+      # main window's menu bar gives both back.
+      for _ in $(seq 50); do
+        [ -n "$(tool_windows)" ] && break
+        sleep 0.1
+      done
+      sleep 0.5
+      activate_main_window
+      return 0
+    fi
     kill -0 "$QPID" 2>/dev/null || fail "the program ended before its window appeared"
     sleep 0.1
     waited=$((waited + 1))
@@ -315,11 +393,12 @@ ctrl_draw_stroke() { # x y x y ...
 }
 
 # Keys go where the pointer is (there is no window manager to give focus), so
-# the pointer rests on the main window first, in the lower right corner where
-# no gesture of the journeys acts.
+# the pointer rests on the main window first, in the lower left corner where
+# no gesture of the journeys acts and no tool window stands (the Point and
+# Element windows stand at the right, the Mode palette higher up at the left).
 press() { # key names, one after the other
   window_geometry
-  xdotool mousemove --window "$WID" $((WIN_W - 20)) $((WIN_H - 20))
+  xdotool mousemove --window "$WID" 20 $((WIN_H - 20))
   pause_step
   local key
   for key in "$@"; do

@@ -48,15 +48,23 @@ expect_exit_code 0 30
 [ "$(settings_text | grep '^PenSize	')" = "PenSize	7" ] || fail "after the second run: $(settings_text | grep '^PenSize')"
 [ "$(head -c 2 "$(settings_file)" | od -An -tx1 | tr -d ' ')" = "fffe" ] || fail "the rewritten file lost its mark"
 # Apart from the edited value, the file is the one of the first run. The
-# tool windows' rectangles are left out: the first run had no size for them
-# (right and bottom 0), and a rectangle read from the file is fitted to at
-# least 200 by 200 pixels.
+# tool windows' rectangles are left out: each close writes where the open
+# windows stand, and the Point and Element windows are larger than 200 by
+# 200 pixels, the palette about 64 by 192 (a rectangle read from the file is
+# fitted to at least 200 by 200; the palette then makes itself small again).
 tool_rects='^WindowRect_\(Info\|Element\|Mode\)\s'
 diff <(iconv -f UTF-16 -t UTF-8 "$OUT/Quillmere-first.txt" | grep -v "$tool_rects" | sed 's/^PenSize\t2\r$/PenSize\t7\r/') \
   <(iconv -f UTF-16 -t UTF-8 "$(settings_file)" | grep -v "$tool_rects") >"$OUT/settings.diff" ||
   fail "the rewritten file differs in more than PenSize, see $OUT/settings.diff"
 while IFS=$'\t' read -r key top right bottom left; do
-  [ $((right - left)) -ge 200 ] && [ $((bottom - top)) -ge 200 ] || fail "$key is smaller than 200 by 200: $top $right $bottom $left"
+  width=$((right - left)) height=$((bottom - top))
+  case "$key" in
+  WindowRect_Mode)
+    [ "$width" -ge 64 ] && [ "$width" -le 80 ] && [ "$height" -ge 192 ] && [ "$height" -le 240 ] ||
+      fail "$key is not the palette's size: $top $right $bottom $left" ;;
+  *)
+    [ "$width" -ge 200 ] && [ "$height" -ge 200 ] || fail "$key is smaller than 200 by 200: $top $right $bottom $left" ;;
+  esac
 done < <(settings_text | grep "$tool_rects")
 
 # Third run: a pen size of 99 is limited to 10 at the start.

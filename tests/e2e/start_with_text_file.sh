@@ -17,7 +17,8 @@ title=$(xdotool getwindowname "$WID")
 [ "$title" = "Quillmere - Untitled (0 points) [DRAW FREEHAND]" ] || fail "title is \"$title\""
 count=$(program_windows | wc -l)
 [ "$count" -eq 1 ] || fail "$count windows named Quillmere; a message box would be the second"
-others=$(xdotool search --onlyvisible --name '.' 2>/dev/null | grep -vx "$WID" | wc -l)
+others=$(xdotool search --onlyvisible --name '.' 2>/dev/null | grep -vx "$WID" |
+  grep -vxF -f <(tool_windows; echo none) | wc -l)
 [ "$others" -eq 0 ] || fail "$others other top-level windows are visible"
 grep -q '^Quillmere: ' "$QLOG" && fail "a message was shown: $(grep '^Quillmere: ' "$QLOG")"
 screenshot "$OUT/screenshot.png"

@@ -2,6 +2,8 @@
 # Start-up and shutdown of the real program: its debug lines show the single
 # objects made in their fixed order and ended in reverse order after the user
 # leaves through File > Exit, worked from the keyboard (Alt+F, Up, Return).
+# A new user sees all three tool windows: they open after the accelerators
+# and end after the settings, the Mode palette just before the surface.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 e2e_begin "$@"
 
@@ -21,6 +23,9 @@ expected=(
   "WRecording created"
   "WView created"
   "Accelerators created"
+  "WDialog_Info created"
+  "WDialog_Element created"
+  "WDialog_Mode created"
   "MDrawSurface created"
   "Main window destroyed"
   "Accelerators destroyed"
@@ -30,6 +35,9 @@ expected=(
   "WElement destroyed"
   "COM uninitialised"
   "WSettings destroyed"
+  "WDialog_Info destroyed"
+  "WDialog_Element destroyed"
+  "WDialog_Mode destroyed"
   "MDrawSurface destroyed"
 )
 tr -d '\r' <"$QLOG" >"$OUT/lines.txt"

@@ -606,7 +606,7 @@ TEST_F(CommandsTest, ElementCommandGoesToEditSketch) {
     EXPECT_EQ(Title(), u"Quillmere - Untitled (0 points) [EDIT SKETCH]");
 }
 
-// The tool windows and dialogs are wired to their ids; until they exist the
+// The Point window, the palette and the dialogs are wired to their ids; their
 // commands leave the sketch, mode and title as they are.
 TEST_F(CommandsTest, WindowCommandsAreWired) {
     Load(OpenCorner());

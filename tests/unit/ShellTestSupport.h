@@ -13,6 +13,7 @@
 #include "ScratchFolder.h"
 
 #include "dialogs/Dialog.h"
+#include "dialogs/ToolWindowPlaces.h"
 #include "drawing/FilePrompt.h"
 #include "eps/EpsWriter.h"
 #include "foundation/Platform.h"
@@ -132,6 +133,8 @@ class ShellFixture : public ::testing::Test {
         ApplyMenuState(WMenuState());
     }
     void TearDown() override {
+        EndToolDialogs();
+        EndModePalette();
         ReleaseBackground();
         DestroyView();
         DestroyRecording();
