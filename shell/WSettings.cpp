@@ -8,6 +8,8 @@
 #include "foundation/Platform.h"
 #include "shell/Shell.h"
 
+#include <cstdint>
+
 WSettings* TheSettings = nullptr;
 
 namespace {
@@ -89,40 +91,210 @@ void WriteColour(MTextFile& file, const char16_t* key, const MColour& colour) {
     EndRecord(file);
 }
 
+// ---- The keys of the file, in the order they are written
+
+enum WSettingKind {
+    SettingRect,     // top right bottom left; brought onto the virtual screen when read
+    SettingFlag,     // 0 or 1
+    SettingNumber,   // a whole number, held within Low to High when read
+    SettingText,     // one token: a folder or a program's path
+    SettingColour,   // red green blue, each kept as its low byte
+    SettingTemplates // one record per show template: index, then 0 or 1
+};
+
+// One key: the field it fills and, but for the rectangles (whose defaults
+// come from the screen), the value it has by default.
+struct WSettingKey {
+    const char16_t* Name = nullptr;
+    WSettingKind Kind = SettingFlag;
+    WRect WSettings::*Rect = nullptr;
+    bool WSettings::*Flag = nullptr;
+    int32_t WSettings::*Number = nullptr;
+    MString WSettings::*Text = nullptr;
+    MColour WSettings::*Shade = nullptr;
+    int32_t Default = 0;                       // of a flag or a number
+    int32_t Low = INT32_MIN, High = INT32_MAX; // what a number read is held to
+    MColour DefaultColour;
+    MString (*DefaultText)() = nullptr; // null for an empty text
+};
+
+WSettingKey Row(const char16_t* name, WSettingKind kind) {
+    WSettingKey key;
+    key.Name = name;
+    key.Kind = kind;
+    return key;
+}
+WSettingKey RectKey(const char16_t* name, WRect WSettings::*field) {
+    WSettingKey key = Row(name, SettingRect);
+    key.Rect = field;
+    return key;
+}
+WSettingKey FlagKey(const char16_t* name, bool WSettings::*field, bool value) {
+    WSettingKey key = Row(name, SettingFlag);
+    key.Flag = field;
+    key.Default = value;
+    return key;
+}
+WSettingKey NumberKey(const char16_t* name, int32_t WSettings::*field, int32_t value,
+                      int32_t low = INT32_MIN, int32_t high = INT32_MAX) {
+    WSettingKey key = Row(name, SettingNumber);
+    key.Number = field;
+    key.Default = value;
+    key.Low = low;
+    key.High = high;
+    return key;
+}
+WSettingKey TextKey(const char16_t* name, MString WSettings::*field, MString (*value)() = nullptr) {
+    WSettingKey key = Row(name, SettingText);
+    key.Text = field;
+    key.DefaultText = value;
+    return key;
+}
+WSettingKey ColourKey(const char16_t* name, MColour WSettings::*field, uint8_t r, uint8_t g,
+                      uint8_t b) {
+    WSettingKey key = Row(name, SettingColour);
+    key.Shade = field;
+    key.DefaultColour = Colour(r, g, b);
+    return key;
+}
+WSettingKey TemplatesKey(const char16_t* name) {
+    return Row(name, SettingTemplates);
+}
+
+MString MediaFolder(const char16_t* name) {
+    return JoinPath(JoinPath(ProgramFolder(), MString(u"Media")), MString(name));
+}
+MString SketchesFolder() {
+    return MediaFolder(u"Sketches");
+}
+MString PicturesFolder() {
+    return MediaFolder(u"Pictures");
+}
+MString SavedSketchesFolder() {
+    return DocumentsFolder(MString(Company), MString(Product));
+}
+
+const WSettingKey Keys[] = {
+    RectKey(u"WindowRect", &WSettings::WindowRect),
+    RectKey(u"WindowRect_Info", &WSettings::WindowRect_Info), // the Point tool window
+    RectKey(u"WindowRect_Element", &WSettings::WindowRect_Element),
+    RectKey(u"WindowRect_Mode", &WSettings::WindowRect_Mode),
+    FlagKey(u"ShowWindow_Point", &WSettings::ShowWindow_Point, true),
+    FlagKey(u"ShowWindow_Element", &WSettings::ShowWindow_Element, true),
+    FlagKey(u"ShowWindow_Mode", &WSettings::ShowWindow_Mode, true),
+    FlagKey(u"SaveSolid", &WSettings::SaveSolid, false),
+    FlagKey(u"SaveRoll", &WSettings::SaveRoll, false),
+    NumberKey(u"MaxLinesPerCurve", &WSettings::MaxLinesPerCurve, 100), // straight pieces per curve
+    TextKey(u"FolderOpenSketch", &WSettings::FolderOpenSketch, SketchesFolder),
+    TextKey(u"FolderSaveSketch", &WSettings::FolderSaveSketch, SavedSketchesFolder),
+    TextKey(u"FolderSelectPicture", &WSettings::FolderSelectPicture, PicturesFolder),
+    TextKey(u"FolderSelectExecutable", &WSettings::FolderSelectExecutable),
+    ColourKey(u"ColourBackground", &WSettings::ColourBackground, 255, 255, 255),
+    ColourKey(u"ColourGrid", &WSettings::ColourGrid, 229, 229, 229),
+    ColourKey(u"ColourInfo", &WSettings::ColourInfo, 128, 128, 128), // texts and axes
+    ColourKey(u"ColourSketch", &WSettings::ColourSketch, 0, 0, 0),
+    ColourKey(u"ColourBezier", &WSettings::ColourBezier, 107, 157,
+              227), // the selection in the sketch edit mode
+    ColourKey(u"ColourRoll", &WSettings::ColourRoll, 75, 222, 189),
+    ColourKey(u"ColourGhost", &WSettings::ColourGhost, 0, 255, 0),
+    NumberKey(u"PenSize", &WSettings::PenSize, 2, 1, 10),     // pixels
+    NumberKey(u"PointSize", &WSettings::PointSize, 8, 1, 20), // pixels
+    NumberKey(u"GridSize", &WSettings::GridSize, 10),         // world units
+    FlagKey(u"UseGrid", &WSettings::UseGrid, false),
+    NumberKey(u"DisplaySize", &WSettings::DisplaySize, 100), // percent
+    FlagKey(u"ShowHelpTexts", &WSettings::ShowHelpTexts, true),
+    TextKey(u"ExternalTracer", &WSettings::ExternalTracer),
+    TemplatesKey(u"Template"),                              // which show templates are written
+    NumberKey(u"Smooth", &WSettings::Smooth, 200, 0, 1000), // read by the show export
+    NumberKey(u"TreeType", &WSettings::TreeType, 5),        // read by the show export
+};
+
+// ---- Walking the table
+
+void SetDefault(WSettings& settings, const WSettingKey& key) {
+    switch (key.Kind) {
+    case SettingRect:
+        break;
+    case SettingFlag:
+        settings.*key.Flag = key.Default != 0;
+        break;
+    case SettingNumber:
+        settings.*key.Number = key.Default;
+        break;
+    case SettingText:
+        settings.*key.Text = key.DefaultText ? key.DefaultText() : MString();
+        break;
+    case SettingColour:
+        settings.*key.Shade = key.DefaultColour;
+        break;
+    case SettingTemplates:
+        for (int32_t i = 0; i < TemplateCount; i++)
+            settings.Template[i] = false;
+        break;
+    }
+}
+
+void ReadSetting(WSettings& settings, const WSettingKey& key, const MTextFile& file) {
+    switch (key.Kind) {
+    case SettingRect:
+        ReadRect(file, settings.*key.Rect);
+        break;
+    case SettingFlag:
+        settings.*key.Flag = file.TokenBool(1);
+        break;
+    case SettingNumber:
+        settings.*key.Number = Limit(IntegerToken(file, 1), key.Low, key.High);
+        break;
+    case SettingText:
+        settings.*key.Text = file.Token(1);
+        break;
+    case SettingColour:
+        ReadColour(file, settings.*key.Shade);
+        break;
+    case SettingTemplates: {
+        int32_t index = IntegerToken(file, 1);
+        if (index >= 0 && index < TemplateCount) settings.Template[index] = file.TokenBool(2);
+        break;
+    }
+    }
+}
+
+void WriteSetting(const WSettings& settings, const WSettingKey& key, MTextFile& file) {
+    MString name(key.Name);
+    switch (key.Kind) {
+    case SettingRect:
+        WriteRect(file, key.Name, settings.*key.Rect);
+        break;
+    case SettingFlag:
+        file.WriteKey(name, settings.*key.Flag);
+        break;
+    case SettingNumber:
+        file.WriteKey(name, settings.*key.Number);
+        break;
+    case SettingText:
+        file.WriteKey(name, settings.*key.Text);
+        break;
+    case SettingColour:
+        WriteColour(file, key.Name, settings.*key.Shade);
+        break;
+    case SettingTemplates:
+        for (int32_t i = 0; i < TemplateCount; i++) {
+            file.AppendText(name);
+            file.AppendInteger(i);
+            file.AppendBool(settings.Template[i]);
+            EndRecord(file);
+        }
+        break;
+    }
+}
+
 } // namespace
 
 // ---- Defaults
 
 void WSettings::SetDefaults() {
-    ShowWindow_Point = true;
-    ShowWindow_Element = true;
-    ShowWindow_Mode = true;
-    SaveSolid = false;
-    SaveRoll = false;
-    MaxLinesPerCurve = 100;
-    MString program = ProgramFolder();
-    FolderOpenSketch = JoinPath(JoinPath(program, MString(u"Media")), MString(u"Sketches"));
-    FolderSaveSketch = DocumentsFolder(MString(Company), MString(Product));
-    FolderSelectPicture = JoinPath(JoinPath(program, MString(u"Media")), MString(u"Pictures"));
-    FolderSelectExecutable = MString();
-    ColourBackground = Colour(255, 255, 255);
-    ColourGrid = Colour(229, 229, 229);
-    ColourInfo = Colour(128, 128, 128);
-    ColourSketch = Colour(0, 0, 0);
-    ColourBezier = Colour(107, 157, 227);
-    ColourRoll = Colour(75, 222, 189);
-    ColourGhost = Colour(0, 255, 0);
-    PenSize = 2;
-    PointSize = 8;
-    GridSize = 10;
-    UseGrid = false;
-    DisplaySize = 100;
-    ShowHelpTexts = true;
-    ExternalTracer = MString();
-    for (int32_t i = 0; i < TemplateCount; i++)
-        Template[i] = false;
-    Smooth = 200;
-    TreeType = 5;
+    for (const WSettingKey& key : Keys)
+        SetDefault(*this, key);
 }
 
 // The tool windows get only a place: their right and bottom stay 0 until a
@@ -192,71 +364,13 @@ WRect FitToVirtualScreen(WRect rect) {
 void WSettings::ReadRecords(MTextFile& file) {
     while (file.ReadLine()) {
         if (file.TokenCount() < 1) continue;
-        MString key = file.Token(0);
-        auto is = [&key](const char16_t* name) { return SameKey(key, name); };
-        if (is(u"WindowRect"))
-            ReadRect(file, WindowRect);
-        else if (is(u"WindowRect_Info"))
-            ReadRect(file, WindowRect_Info);
-        else if (is(u"WindowRect_Element"))
-            ReadRect(file, WindowRect_Element);
-        else if (is(u"WindowRect_Mode"))
-            ReadRect(file, WindowRect_Mode);
-        else if (is(u"ShowWindow_Point"))
-            ShowWindow_Point = file.TokenBool(1);
-        else if (is(u"ShowWindow_Element"))
-            ShowWindow_Element = file.TokenBool(1);
-        else if (is(u"ShowWindow_Mode"))
-            ShowWindow_Mode = file.TokenBool(1);
-        else if (is(u"SaveSolid"))
-            SaveSolid = file.TokenBool(1);
-        else if (is(u"SaveRoll"))
-            SaveRoll = file.TokenBool(1);
-        else if (is(u"MaxLinesPerCurve"))
-            MaxLinesPerCurve = IntegerToken(file, 1);
-        else if (is(u"FolderOpenSketch"))
-            FolderOpenSketch = file.Token(1);
-        else if (is(u"FolderSaveSketch"))
-            FolderSaveSketch = file.Token(1);
-        else if (is(u"FolderSelectPicture"))
-            FolderSelectPicture = file.Token(1);
-        else if (is(u"FolderSelectExecutable"))
-            FolderSelectExecutable = file.Token(1);
-        else if (is(u"ColourBackground"))
-            ReadColour(file, ColourBackground);
-        else if (is(u"ColourGrid"))
-            ReadColour(file, ColourGrid);
-        else if (is(u"ColourInfo"))
-            ReadColour(file, ColourInfo);
-        else if (is(u"ColourSketch"))
-            ReadColour(file, ColourSketch);
-        else if (is(u"ColourBezier"))
-            ReadColour(file, ColourBezier);
-        else if (is(u"ColourRoll"))
-            ReadColour(file, ColourRoll);
-        else if (is(u"ColourGhost"))
-            ReadColour(file, ColourGhost);
-        else if (is(u"PenSize"))
-            PenSize = Limit(IntegerToken(file, 1), 1, 10);
-        else if (is(u"PointSize"))
-            PointSize = Limit(IntegerToken(file, 1), 1, 20);
-        else if (is(u"GridSize"))
-            GridSize = IntegerToken(file, 1);
-        else if (is(u"UseGrid"))
-            UseGrid = file.TokenBool(1);
-        else if (is(u"DisplaySize"))
-            DisplaySize = IntegerToken(file, 1);
-        else if (is(u"ShowHelpTexts"))
-            ShowHelpTexts = file.TokenBool(1);
-        else if (is(u"ExternalTracer"))
-            ExternalTracer = file.Token(1);
-        else if (is(u"Template")) {
-            int32_t index = IntegerToken(file, 1);
-            if (index >= 0 && index < TemplateCount) Template[index] = file.TokenBool(2);
-        } else if (is(u"Smooth"))
-            Smooth = Limit(IntegerToken(file, 1), 0, 1000);
-        else if (is(u"TreeType"))
-            TreeType = IntegerToken(file, 1);
+        MString name = file.Token(0);
+        for (const WSettingKey& key : Keys) {
+            if (SameKey(name, key.Name)) {
+                ReadSetting(*this, key, file);
+                break;
+            }
+        }
     }
 }
 
@@ -280,42 +394,8 @@ bool WSettings::Save() {
         ShowMessage(MString(u"Could not open:\n\n\"") + name + "\"", IconError);
         return false;
     }
-    WriteRect(file, u"WindowRect", WindowRect);
-    WriteRect(file, u"WindowRect_Info", WindowRect_Info);
-    WriteRect(file, u"WindowRect_Element", WindowRect_Element);
-    WriteRect(file, u"WindowRect_Mode", WindowRect_Mode);
-    file.WriteKey(MString(u"ShowWindow_Point"), ShowWindow_Point);
-    file.WriteKey(MString(u"ShowWindow_Element"), ShowWindow_Element);
-    file.WriteKey(MString(u"ShowWindow_Mode"), ShowWindow_Mode);
-    file.WriteKey(MString(u"SaveSolid"), SaveSolid);
-    file.WriteKey(MString(u"SaveRoll"), SaveRoll);
-    file.WriteKey(MString(u"MaxLinesPerCurve"), MaxLinesPerCurve);
-    file.WriteKey(MString(u"FolderOpenSketch"), FolderOpenSketch);
-    file.WriteKey(MString(u"FolderSaveSketch"), FolderSaveSketch);
-    file.WriteKey(MString(u"FolderSelectPicture"), FolderSelectPicture);
-    file.WriteKey(MString(u"FolderSelectExecutable"), FolderSelectExecutable);
-    WriteColour(file, u"ColourBackground", ColourBackground);
-    WriteColour(file, u"ColourGrid", ColourGrid);
-    WriteColour(file, u"ColourInfo", ColourInfo);
-    WriteColour(file, u"ColourSketch", ColourSketch);
-    WriteColour(file, u"ColourBezier", ColourBezier);
-    WriteColour(file, u"ColourRoll", ColourRoll);
-    WriteColour(file, u"ColourGhost", ColourGhost);
-    file.WriteKey(MString(u"PenSize"), PenSize);
-    file.WriteKey(MString(u"PointSize"), PointSize);
-    file.WriteKey(MString(u"GridSize"), GridSize);
-    file.WriteKey(MString(u"UseGrid"), UseGrid);
-    file.WriteKey(MString(u"DisplaySize"), DisplaySize);
-    file.WriteKey(MString(u"ShowHelpTexts"), ShowHelpTexts);
-    file.WriteKey(MString(u"ExternalTracer"), ExternalTracer);
-    for (int32_t i = 0; i < TemplateCount; i++) {
-        file.AppendText(MString(u"Template"));
-        file.AppendInteger(i);
-        file.AppendBool(Template[i]);
-        EndRecord(file);
-    }
-    file.WriteKey(MString(u"Smooth"), Smooth);
-    file.WriteKey(MString(u"TreeType"), TreeType);
+    for (const WSettingKey& key : Keys)
+        WriteSetting(*this, key, file);
     return true;
 }
 

@@ -3,7 +3,7 @@
 // roll tip, closing and joining curve ends, inserting and deleting points and
 // segments, the Smooth toggle, the grid snap at the release, and the circle
 // and arc helpers. The operations are members of WSketch (declared there);
-// they live in HitTest.cpp (hit tests and insertion), PointEditing.cpp (drag,
+// they live in Picking.cpp (hit tests and insertion), PointEditing.cpp (drag,
 // deletions, Smooth, snap) and CircleArc.cpp. All of them read TheView for
 // screen positions and TheSettings for PointSize, PenSize and the grid; an
 // operation that needs one of them and finds it missing does nothing.

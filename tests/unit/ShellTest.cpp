@@ -1,8 +1,8 @@
 // The main window's title: program, file part or "Untitled", the changed
 // mark, the point count and the mode.
 
-#include "foundation/MString.h"
 #include "shell/Shell.h"
+#include "foundation/MString.h"
 #include "shell/Window.h"
 #include "sketch/WSketch.h"
 
