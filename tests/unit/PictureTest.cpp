@@ -694,8 +694,8 @@ TEST(PictureTest, ToWicBitmapGivesPremultipliedBgraOfThePicture) {
 // ---- Pictures of the corpus, whole, cut and with flipped bytes
 
 TEST(PictureTest, CorpusPicturesLoadWhole) {
-    for (const std::string& name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
-                                    "picture.bmp", "picture.tga", "picture.dds"}) {
+    for (const char* name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
+                             "picture.bmp", "picture.tga", "picture.dds"}) {
         MPicture picture;
         foreign::fs::path path = foreign::Folder() / name;
         ASSERT_TRUE(picture.Load(MString(path.u16string().c_str()))) << name;
@@ -710,8 +710,8 @@ TEST(PictureTest, CorpusPicturesLoadWhole) {
 TEST(PictureTest, BrokenCorpusPicturesLoadOrLeaveThePictureEmpty) {
     foreign::fs::path folder = scratch::Kept("broken-pictures");
     int32_t refused = 0;
-    for (const std::string& name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
-                                    "picture.bmp", "picture.tga", "picture.dds"}) {
+    for (const char* name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
+                             "picture.bmp", "picture.tga", "picture.dds"}) {
         for (const foreign::BrokenCopy& copy : foreign::BrokenCopies(name)) {
             foreign::fs::path path = folder / copy.Name;
             scratch::WriteBytes(path, copy.Bytes);
