@@ -4,10 +4,15 @@
 
 #include <windows.h>
 
-// A target held open by another program without delete sharing cannot be
-// replaced, and the move fails with both files as they were.
+// A target held open by another program is not replaced: Windows refuses
+// the move, but Wine does not, so the target is first opened with no
+// sharing, which fails while anyone else has it open.
 bool PlatformMoveFileOver(const MString& from, const MString& to) {
     if (from.Length <= 0 || to.Length <= 0) return false;
+    HANDLE held = CreateFileW(reinterpret_cast<const wchar_t*>(to.Text), GENERIC_READ, 0, nullptr,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (held == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION) return false;
+    if (held != INVALID_HANDLE_VALUE) CloseHandle(held);
     return MoveFileExW(reinterpret_cast<const wchar_t*>(from.Text),
                        reinterpret_cast<const wchar_t*>(to.Text),
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;

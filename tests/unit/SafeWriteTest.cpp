@@ -72,9 +72,13 @@ TEST(SafeWrite, EmptyTextTouchesNothing) {
 TEST(SafeWrite, AFileHeldElsewhereStays) {
     fs::path target = Target("held.txt");
     scratch::WriteBytes(target, "kept");
-    trouble::ForeignLock lock(target);
-    ASSERT_TRUE(lock.Held());
-    EXPECT_FALSE(ReplaceTextFile(MString(u"new"), scratch::Text(target), Encoding8Bit));
+    {
+        trouble::ForeignLock lock(target);
+        ASSERT_TRUE(lock.Held());
+        EXPECT_FALSE(ReplaceTextFile(MString(u"new"), scratch::Text(target), Encoding8Bit));
+    }
+    // Read once the other program let go: a file held with no sharing
+    // cannot be read meanwhile.
     EXPECT_EQ(scratch::ReadBytes(target), "kept");
     EXPECT_FALSE(SideFileLeft(target));
 }
