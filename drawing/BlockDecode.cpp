@@ -1,20 +1,26 @@
 // Block decoders for the compressed DDS formats. The BC1 to BC5 palettes are
-// built on integers, expanding 5 and 6 bits by repeating their top bits and
-// truncating the interpolated thirds, fifths and sevenths, as the encoders
-// that make the program's DDS files decode them. BC7 follows the format's own
-// integer rules exactly.
+// worked out in 32-bit floats: colour ends expanded as c / 31 and c / 63,
+// channel ends as v / 255, the middle entries interpolated between them, and
+// every channel stored as the nearest byte of value * 255. Integer palettes
+// that truncate the thirds, fifths and sevenths come out one level lower in
+// many pixels. BC7 follows the format's own integer rules exactly.
 
 #include "drawing/BlockDecode.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace {
 
-uint8_t Expand5(uint32_t value) {
-    return uint8_t((value << 3) | (value >> 2));
+// The nearest byte of a value from 0 to 1, ties to even.
+uint8_t UnitToByte(float value) {
+    if (!(value > 0.0f)) return 0;
+    if (value >= 1.0f) return 255;
+    return uint8_t(std::nearbyint(value * 255.0f));
 }
-uint8_t Expand6(uint32_t value) {
-    return uint8_t((value << 2) | (value >> 4));
+
+float Lerp(float a, float b, float t) {
+    return a + (b - a) * t;
 }
 
 } // namespace
@@ -24,23 +30,25 @@ uint8_t Expand6(uint32_t value) {
 void DecodeBc1Block(const uint8_t* block, uint8_t* rgba, bool allowThreeColour) {
     uint32_t first = uint32_t(block[0] | (block[1] << 8));
     uint32_t second = uint32_t(block[2] | (block[3] << 8));
+    float ends[2][3] = {
+        {float(first >> 11) / 31.0f, float((first >> 5) & 63) / 63.0f, float(first & 31) / 31.0f},
+        {float(second >> 11) / 31.0f, float((second >> 5) & 63) / 63.0f,
+         float(second & 31) / 31.0f}};
     uint8_t palette[4][4];
-    palette[0][0] = Expand5(first >> 11);
-    palette[0][1] = Expand6((first >> 5) & 63);
-    palette[0][2] = Expand5(first & 31);
-    palette[1][0] = Expand5(second >> 11);
-    palette[1][1] = Expand6((second >> 5) & 63);
-    palette[1][2] = Expand5(second & 31);
+    for (int32_t c = 0; c < 3; c++) {
+        palette[0][c] = UnitToByte(ends[0][c]);
+        palette[1][c] = UnitToByte(ends[1][c]);
+    }
     palette[0][3] = palette[1][3] = 255;
     if (!allowThreeColour || first > second) {
         for (int32_t c = 0; c < 3; c++) {
-            palette[2][c] = uint8_t((2 * palette[0][c] + palette[1][c]) / 3);
-            palette[3][c] = uint8_t((palette[0][c] + 2 * palette[1][c]) / 3);
+            palette[2][c] = UnitToByte(Lerp(ends[0][c], ends[1][c], 1.0f / 3.0f));
+            palette[3][c] = UnitToByte(Lerp(ends[0][c], ends[1][c], 2.0f / 3.0f));
         }
         palette[2][3] = palette[3][3] = 255;
     } else {
         for (int32_t c = 0; c < 3; c++)
-            palette[2][c] = uint8_t((palette[0][c] + palette[1][c]) / 2);
+            palette[2][c] = UnitToByte(Lerp(ends[0][c], ends[1][c], 0.5f));
         palette[2][3] = 255;
         std::memset(palette[3], 0, 4);
     }
@@ -53,31 +61,35 @@ void DecodeBc1Block(const uint8_t* block, uint8_t* rgba, bool allowThreeColour) 
 // ---- Interpolated channels: BC3 alpha, BC4 and BC5
 
 void DecodeChannelBlock(const uint8_t* block, uint8_t* out, int32_t stride) {
-    uint32_t first = block[0], second = block[1];
-    uint8_t values[8];
-    values[0] = uint8_t(first);
-    values[1] = uint8_t(second);
-    if (first > second) {
-        for (uint32_t i = 1; i < 7; i++)
-            values[i + 1] = uint8_t(((7 - i) * first + i * second) / 7);
+    float first = float(block[0]) / 255.0f, second = float(block[1]) / 255.0f;
+    float values[8];
+    values[0] = first;
+    values[1] = second;
+    if (block[0] > block[1]) {
+        for (int32_t i = 1; i < 7; i++)
+            values[i + 1] = (first * float(7 - i) + second * float(i)) / 7.0f;
     } else {
-        for (uint32_t i = 1; i < 5; i++)
-            values[i + 1] = uint8_t(((5 - i) * first + i * second) / 5);
-        values[6] = 0;
-        values[7] = 255;
+        for (int32_t i = 1; i < 5; i++)
+            values[i + 1] = (first * float(5 - i) + second * float(i)) / 5.0f;
+        values[6] = 0.0f;
+        values[7] = 1.0f;
     }
+    uint8_t bytes[8];
+    for (int32_t i = 0; i < 8; i++)
+        bytes[i] = UnitToByte(values[i]);
     uint64_t indices = 0;
     for (int32_t i = 0; i < 6; i++)
         indices |= uint64_t(block[2 + i]) << (8 * i);
     for (int32_t i = 0; i < 16; i++)
-        out[i * stride] = values[(indices >> (3 * i)) & 7];
+        out[i * stride] = bytes[(indices >> (3 * i)) & 7];
 }
 
+// The explicit alphas of BC2 are n / 15, which is n * 17 as a byte.
 void DecodeBc2Block(const uint8_t* block, uint8_t* rgba) {
     DecodeBc1Block(block + 8, rgba, false);
     for (int32_t i = 0; i < 16; i++) {
         uint32_t nibble = (block[i / 2] >> (4 * (i & 1))) & 15;
-        rgba[i * 4 + 3] = uint8_t(nibble * 17);
+        rgba[i * 4 + 3] = UnitToByte(float(nibble) / 15.0f);
     }
 }
 
@@ -86,12 +98,13 @@ void DecodeBc3Block(const uint8_t* block, uint8_t* rgba) {
     DecodeChannelBlock(block, rgba + 3, 4);
 }
 
+// BC4 is a gray picture: its one channel goes to red, green and blue alike.
 void DecodeBc4Block(const uint8_t* block, uint8_t* rgba) {
+    DecodeChannelBlock(block, rgba, 4);
     for (int32_t i = 0; i < 16; i++) {
-        rgba[i * 4 + 1] = rgba[i * 4 + 2] = 0;
+        rgba[i * 4 + 1] = rgba[i * 4 + 2] = rgba[i * 4];
         rgba[i * 4 + 3] = 255;
     }
-    DecodeChannelBlock(block, rgba, 4);
 }
 
 void DecodeBc5Block(const uint8_t* block, uint8_t* rgba) {

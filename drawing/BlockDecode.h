@@ -13,8 +13,8 @@ void DecodeBc1Block(const uint8_t* block, uint8_t* rgba, bool allowThreeColour =
 void DecodeBc2Block(const uint8_t* block, uint8_t* rgba);
 // BC3: 16 bytes, an interpolated alpha block and a BC1 colour block.
 void DecodeBc3Block(const uint8_t* block, uint8_t* rgba);
-// BC4: 8 bytes, one interpolated channel: red, with green and blue 0 and
-// alpha 255.
+// BC4: 8 bytes, one interpolated channel: gray, the value in red, green and
+// blue, alpha 255.
 void DecodeBc4Block(const uint8_t* block, uint8_t* rgba);
 // BC5: 16 bytes, two interpolated channels: red and green, blue 0, alpha 255.
 void DecodeBc5Block(const uint8_t* block, uint8_t* rgba);

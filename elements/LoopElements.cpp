@@ -52,9 +52,9 @@ void BuildClothoidLoop(const float p[4], WLocalPiece& piece) {
     float b = ArcHandle(R2, tangent);
     float c = R2 * Pi + R1 * Pi; // path length
     float wa = a * W / c, wb = b * W / c;
-    // The quarter lengths are kept in double precision, and so are the
-    // products that place the points sideways.
-    double e1 = double(R1 * Pi) * 0.5;
+    // Both quarter lengths are formed in double precision from the float
+    // radius and pi, and so are the products that place the points sideways.
+    double e1 = double(R1) * double(Pi) * 0.5;
     double e2 = double(R2) * double(Pi);
     float z2 = R1 - 2 * R2;
     float g = T > 0 ? 1.0f : -1.0f;

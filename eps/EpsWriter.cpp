@@ -5,6 +5,7 @@
 
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
+#include "foundation/SafeWrite.h"
 #include "foundation/Settings.h"
 #include "show/WriteShows.h"
 #include "sketch/WSketch.h"
@@ -131,8 +132,11 @@ bool SaveEps(MString& path) {
         }
     }
 
+    // The earlier file is replaced only once the whole new text is on the
+    // disk: a full disk or a file held elsewhere leaves it as it was, and
+    // the sketch stays marked changed.
     MString text = MakeSketchEps(*sketch, *settings);
-    if (!WriteTextFile(text, path, Encoding8Bit)) return false;
+    if (!ReplaceTextFile(text, path, Encoding8Bit)) return false;
 
     sketch->Modified = 0;
     WriteShows(path);

@@ -223,7 +223,9 @@ void WSketch::TransformAll(bool centre, bool normalize) {
             }
         }
     }
-    UpdateIdentity(matrix);
+    // Applied whatever it is: a move or a scale too small for the identity
+    // test must still give the stated coordinates.
+    matrix.Identity = false;
 
     for (int32_t i = 0; i < PointCount; i++) {
         WSketchPoint& p = Points[i];

@@ -1,6 +1,7 @@
 // The EPS writer: header and trailer, every form of the path lines, the text
 // of a whole sketch, and SaveEps with its clean-up, refusals and file.
 
+#include "FileTrouble.h"
 #include "ScratchFolder.h"
 #include "SketchTestSupport.h"
 
@@ -573,6 +574,82 @@ TEST_F(EpsWriter, AFileThatCannotBeOpenedIsAFailureWithoutMessage) {
     EXPECT_FALSE(SaveEps(path));
     EXPECT_EQ(script.Data.Count, 0);
     EXPECT_EQ(TheSketch->Modified, 1);
+}
+
+// ---- Saves that fail: the earlier file stays as it was, nothing is shown,
+// and the sketch stays marked changed.
+
+// A zigzag of the given number of points, none of them on a line with its
+// neighbours, so the clean-up keeps them all; about 30 bytes a point.
+std::vector<WSketchPoint> LongZigzag(int count) {
+    std::vector<WSketchPoint> records;
+    for (int i = 0; i < count; i++)
+        records.push_back(Record(float(i) * 1.234567f,
+                                 float(i % 2) * 10.654321f + float(i) * 0.001f, 0,
+                                 i == 0 ? KindMove : KindLine));
+    return records;
+}
+
+// A save that must fail: no message, the sketch still changed.
+void ExpectSaveFails(const fs::path& target) {
+    Script script;
+    TheSketch->Modified = 1;
+    MString path = PathText(target);
+    EXPECT_FALSE(SaveEps(path));
+    EXPECT_EQ(script.Data.Count, 0);
+    EXPECT_EQ(TheSketch->Modified, 1);
+}
+
+// What a failed save must leave on the disk: the earlier bytes, no side
+// file. (A file held with no sharing cannot be read by the test either, so
+// this is looked at once it is free again.)
+void ExpectEarlierFile(const fs::path& target, const std::string& earlier) {
+    EXPECT_EQ(ReadBytes(target), earlier);
+    EXPECT_FALSE(fs::exists(target.string() + ".saving"));
+}
+
+void ExpectFailedSave(const fs::path& target, const std::string& earlier) {
+    ExpectSaveFails(target);
+    ExpectEarlierFile(target, earlier);
+}
+
+TEST_F(EpsWriter, AFileOpenElsewhereIsNotReplaced) {
+    Load(SquareAndTriangle());
+    fs::path target = FreshPath("held.eps");
+    WriteBytes(target, "the earlier file");
+    {
+        trouble::ForeignLock lock(target);
+        ASSERT_TRUE(lock.Held());
+        ExpectSaveFails(target);
+    }
+    ExpectEarlierFile(target, "the earlier file");
+}
+
+TEST_F(EpsWriter, AFolderThatCannotBeWrittenKeepsTheEarlierFile) {
+    trouble::SmallDisk disk(Folder() / "read-only disk", 256);
+    if (!disk.Mounted()) GTEST_SKIP() << "mounting a small disk is not permitted here";
+    fs::path target = disk.Folder / "sketch.eps";
+    WriteBytes(target, "the earlier file");
+    ASSERT_TRUE(disk.MakeReadOnly());
+    Load(SquareAndTriangle());
+    ExpectFailedSave(target, "the earlier file");
+}
+
+TEST_F(EpsWriter, AFullDiskKeepsTheEarlierFile) {
+    // The earlier file is a real save of a small sketch; the disk is then
+    // filled, and the long sketch's text does not fit. Writing straight into
+    // the file would have lost the earlier one and reported success.
+    trouble::SmallDisk disk(Folder() / "full disk", 64);
+    if (!disk.Mounted()) GTEST_SKIP() << "mounting a small disk is not permitted here";
+    fs::path target = disk.Folder / "sketch.eps";
+    Load(SquareAndTriangle());
+    MString first = PathText(target);
+    ASSERT_TRUE(SaveEps(first));
+    std::string earlier = ReadBytes(target);
+    ASSERT_TRUE(disk.Fill());
+    Load(LongZigzag(3000));
+    ExpectFailedSave(target, earlier);
+    ASSERT_EQ(TheSketch->PointCount, 3000); // the clean-up kept every point
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 // Close, the messages, the undo ring, round trips through the writer, and
 // files written by cairo and potrace.
 
+#include "ForeignFilesSupport.h"
 #include "ScratchFolder.h"
 #include "SketchTestSupport.h"
 
@@ -1127,3 +1128,177 @@ TEST_F(LoadSketchPotrace, TwoLetters) {
 }
 
 } // namespace
+
+// ---- Foreign and broken files of the corpus
+
+namespace {
+
+// A loaded sketch that any later operation can work on: a move first, a
+// count within the array, the selection cleared.
+::testing::AssertionResult Sound(const WSketch& sketch) {
+    if (sketch.PointCount < 0 || sketch.PointCount > sketch.Points.Count)
+        return ::testing::AssertionFailure() << "count " << sketch.PointCount;
+    if (sketch.PointCount > 0 && sketch.Points[0].Kind != KindMove)
+        return ::testing::AssertionFailure() << "record 0 is no move";
+    if (sketch.Current != -1) return ::testing::AssertionFailure() << "a selection";
+    return ::testing::AssertionSuccess();
+}
+
+bool AllFinite(const WSketch& sketch) {
+    for (int32_t i = 0; i < sketch.PointCount; i++) {
+        const WSketchPoint& p = sketch.Points[i];
+        for (const MPoint3* v : {&p.Position, &p.HandleIn, &p.HandleOut, &p.Roll})
+            if (!std::isfinite(v->x) || !std::isfinite(v->y) || !std::isfinite(v->z)) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+TEST_F(LoadSketchTest, EpsOfGhostscriptCairoAndPotraceLoadsInSilence) {
+    const struct {
+        const char* Name;
+        int32_t Points;
+    } files[] = {
+        {"gs-from-ps.eps", 9},       {"gs-from-pdf.eps", 9},         {"cairo.eps", 9},
+        {"potrace-default.eps", 17}, {"potrace-corners.eps", 63},    {"potrace-round.eps", 13},
+        {"potrace-coarse.eps", 17},  {"potrace-unoptimised.eps", 38}};
+    std::vector<WSketchPoint> fromPostScript;
+    for (const auto& file : files) {
+        Messages messages;
+        fs::path path = foreign::Folder() / file.Name;
+        ASSERT_TRUE(LoadSketch(MString(path.u16string().c_str()))) << file.Name;
+        EXPECT_EQ(messages.Count(), 0) << file.Name;
+        EXPECT_EQ(TheSketch->PointCount, file.Points) << file.Name;
+        EXPECT_EQ(TheSketch->Modified, 0) << file.Name;
+        EXPECT_TRUE(Sound(*TheSketch)) << file.Name;
+        EXPECT_TRUE(AllFinite(*TheSketch)) << file.Name;
+        std::vector<WSketchPoint> records(TheSketch->Points.Data,
+                                          TheSketch->Points.Data + TheSketch->PointCount);
+        if (fromPostScript.empty()) {
+            fromPostScript = records;
+        } else if (std::string(file.Name) == "gs-from-pdf.eps") {
+            // The same page through PDF gives the same sketch.
+            ASSERT_EQ(records.size(), fromPostScript.size());
+            for (size_t i = 0; i < records.size(); i++)
+                EXPECT_TRUE(SameRecordBits(records[i], fromPostScript[i])) << i;
+        }
+    }
+}
+
+TEST_F(LoadSketchTest, PotracesCompressedEpsCannotBeOpened) {
+    Messages messages;
+    fs::path path = foreign::Folder() / "potrace-compressed.eps";
+    EXPECT_FALSE(LoadSketch(MString(path.u16string().c_str())));
+    ASSERT_EQ(messages.Count(), 1);
+    EXPECT_EQ(messages[0], CouldNotOpen(MString(path.u16string().c_str())));
+    EXPECT_EQ(messages.Icons[0], IconError);
+    EXPECT_EQ(TheSketch->PointCount, 0);
+}
+
+// Every EPS of the corpus cut at ten places and with flipped bytes either
+// loads in silence or says it could not be opened, once; the sketch is
+// sound either way and the file on disk is left as it was.
+TEST_F(LoadSketchTest, BrokenEpsLoadsOrCannotBeOpened) {
+    int32_t loaded = 0, refused = 0;
+    for (const std::string& name : foreign::Names(".eps")) {
+        for (const foreign::BrokenCopy& copy : foreign::BrokenCopies(name)) {
+            fs::path path = Folder() / copy.Name;
+            scratch::WriteBytes(path, copy.Bytes);
+            Messages messages;
+            bool ok = LoadSketch(MString(path.u16string().c_str()));
+            if (ok) {
+                loaded++;
+                EXPECT_EQ(messages.Count(), 0) << copy.Name;
+                EXPECT_GE(TheSketch->PointCount, 2) << copy.Name;
+            } else {
+                refused++;
+                ASSERT_EQ(messages.Count(), 1) << copy.Name;
+                EXPECT_EQ(messages[0], CouldNotOpen(MString(path.u16string().c_str())))
+                    << copy.Name;
+                EXPECT_EQ(messages.Icons[0], IconError) << copy.Name;
+            }
+            EXPECT_EQ(TheSketch->Modified, 0) << copy.Name;
+            EXPECT_TRUE(Sound(*TheSketch)) << copy.Name;
+            EXPECT_TRUE(AllFinite(*TheSketch)) << copy.Name;
+            EXPECT_EQ(scratch::ReadBytes(path), copy.Bytes) << copy.Name;
+        }
+    }
+    // Both outcomes occur: early cuts keep too little, late ones enough.
+    EXPECT_GT(loaded, 20);
+    EXPECT_GT(refused, 20);
+}
+
+TEST_F(LoadSketchTest, TrackWithGarbageLinesSkipsThemAndNamesUnknownElements) {
+    // Junk and lines of no command are passed over; "Nowhere" and an
+    // Element line without a name each give their message. The two
+    // straight pieces in line merge into one segment at the clean-up.
+    Messages messages;
+    fs::path path = foreign::Folder() / "garbage.qo";
+    std::u16string file = path.u16string();
+    ASSERT_TRUE(LoadSketch(MString(file.c_str())));
+    ASSERT_EQ(messages.Count(), 2);
+    EXPECT_EQ(messages[0], u"Unknown element \"Nowhere\" in:\n\n\"" + file + u"\"");
+    EXPECT_EQ(messages[1], u"Unknown element \"\" in:\n\n\"" + file + u"\"");
+    ASSERT_EQ(TheSketch->PointCount, 2);
+    EXPECT_TRUE(Near(TheSketch->Points[1].Position, P3(0, 0, 75), 1e-3f));
+    EXPECT_TRUE(AllFinite(*TheSketch));
+}
+
+TEST_F(LoadSketchTest, TrackWithNanParametersCountsThemAsZero) {
+    // A start at the origin heading 0 (along +Z of the world); a straight
+    // line and a loop of NaN (0) add nothing; the last line is 40 long.
+    Messages messages;
+    fs::path path = foreign::Folder() / "nan.qo";
+    ASSERT_TRUE(LoadSketch(MString(path.u16string().c_str())));
+    EXPECT_EQ(messages.Count(), 0);
+    ASSERT_EQ(TheSketch->PointCount, 2);
+    EXPECT_TRUE(AllFinite(*TheSketch));
+    EXPECT_TRUE(Near(TheSketch->Points[0].Position, P3(0, 0, 0), 1e-3f));
+    EXPECT_TRUE(Near(TheSketch->Points[1].Position, P3(0, 0, 40), 1e-3f));
+}
+
+TEST_F(LoadSketchTest, TrackWithHugeAndInfiniteNumbersLoadsWithoutHanging) {
+    // Numbers beyond a float become infinity, which is taken as it stands:
+    // the sketch may then hold numbers that are not finite. The load, the
+    // writer and the bounds must still come to an end.
+    for (const char* name : {"huge.qo", "infinity.qo"}) {
+        Messages messages;
+        fs::path path = foreign::Folder() / name;
+        EXPECT_TRUE(LoadSketch(MString(path.u16string().c_str()))) << name;
+        EXPECT_EQ(messages.Count(), 0) << name;
+        EXPECT_GE(TheSketch->PointCount, 2) << name;
+        EXPECT_TRUE(Sound(*TheSketch)) << name;
+        EXPECT_FALSE(AllFinite(*TheSketch)) << name;
+        float bounds[6];
+        TheSketch->GetBounds(bounds);
+        EXPECT_FALSE(MakeSketchEps(*TheSketch, Settings).IsEmpty()) << name;
+        TheSketch->CleanUp();
+    }
+}
+
+TEST_F(LoadSketchTest, TrackWithVeryLongLinesLoads) {
+    // A first line of 100,000 characters and a line of 20,000 numbers.
+    Messages messages;
+    fs::path path = foreign::Folder() / "long-lines.qo";
+    ASSERT_TRUE(LoadSketch(MString(path.u16string().c_str())));
+    EXPECT_EQ(messages.Count(), 0);
+    ASSERT_EQ(TheSketch->PointCount, 2);
+    EXPECT_TRUE(Near(TheSketch->Points[1].Position, P3(0, 0, 42), 1e-3f));
+}
+
+TEST_F(LoadSketchTest, TrackWithAWrongFirstWordCannotBeOpened) {
+    Messages messages;
+    fs::path path = foreign::Folder() / "wrong-first-line.qo";
+    Settings.SaveRoll = false;
+    Settings.SaveSolid = true;
+    EXPECT_FALSE(LoadSketch(MString(path.u16string().c_str())));
+    ASSERT_EQ(messages.Count(), 1);
+    EXPECT_EQ(messages[0], CouldNotOpen(MString(path.u16string().c_str())));
+    EXPECT_EQ(TheSketch->PointCount, 0);
+    // The branch's settings stand after the failure.
+    EXPECT_FALSE(Settings.Centre);
+    EXPECT_FALSE(Settings.Scale);
+    EXPECT_FALSE(Settings.SaveSolid);
+    EXPECT_TRUE(Settings.SaveRoll);
+}

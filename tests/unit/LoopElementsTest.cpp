@@ -219,7 +219,7 @@ TEST_F(LoopElements, ClothoidLoopDefaults) {
     float a = Handle43(40, Tan8()), b = Handle43(20, Tan8());
     float c = 20 * Pi + 40 * Pi;
     float wa = a * 10 / c, wb = b * 10 / c;
-    double e1 = double(40 * Pi) * 0.5, e2 = double(20) * double(Pi);
+    double e1 = double(40) * double(Pi) * 0.5, e2 = double(20) * double(Pi);
     MPoint3 rising{float(e1 * 10 / c), 40, 40};
     MPoint3 top{float((e2 * 0.5 + e1) * 10 / c), 60, 20};
     MPoint3 falling{float((e1 + e2) * 10 / c), 40, 0};
@@ -247,7 +247,7 @@ TEST_F(LoopElements, ClothoidLoopWithEqualRadiiIsACircleEndingAtZ0) {
     float a = Handle43(25, Tan8());
     float c = 25 * Pi + 25 * Pi;
     float wa = a * 6 / c;
-    double e1 = double(25 * Pi) * 0.5, e2 = double(25) * double(Pi);
+    double e1 = double(25) * double(Pi) * 0.5, e2 = double(25) * double(Pi);
     MPoint3 rising{float(e1 * 6 / c), 25, 25};
     MPoint3 top{float((e2 * 0.5 + e1) * 6 / c), 50, 0};
     MPoint3 falling{float((e1 + e2) * 6 / c), 25, -25};
@@ -273,7 +273,7 @@ TEST_F(LoopElements, ClothoidLoopNegativeWidthAndTwist) {
     float a = Handle43(12.5f, Tan8()), b = Handle43(6.5f, Tan8());
     float c = 6.5f * Pi + 12.5f * Pi;
     float wa = a * -4 / c, wb = b * -4 / c;
-    double e1 = double(12.5f * Pi) * 0.5, e2 = double(6.5f) * double(Pi);
+    double e1 = double(12.5f) * double(Pi) * 0.5, e2 = double(6.5f) * double(Pi);
     float z2 = 12.5f - 2 * 6.5f;
     MPoint3 rising{float(e1 * -4 / c), 12.5f, 12.5f};
     MPoint3 top{float((e2 * 0.5 + e1) * -4 / c), 19, 6};
@@ -300,7 +300,7 @@ TEST_F(LoopElements, ClothoidLoopKeepsQuarterLengthsInDouble) {
     float a = Handle43(1, Tan8()), b = Handle43(1.5f, Tan8());
     float c = 1.5f * Pi + 1 * Pi;
     float wa = a * 1 / c, wb = b * 1 / c;
-    double e1 = double(1 * Pi) * 0.5, e2 = double(1.5f) * double(Pi);
+    double e1 = double(1) * double(Pi) * 0.5, e2 = double(1.5f) * double(Pi);
     MPoint3 rising{float(e1 * 1 / c), 1, 1};
     MPoint3 top{float((e2 * 0.5 + e1) * 1 / c), 2.5f, -0.5f};
     MPoint3 falling{float((e1 + e2) * 1 / c), 1, -2};
@@ -314,6 +314,30 @@ TEST_F(LoopElements, ClothoidLoopKeepsQuarterLengthsInDouble) {
     EXPECT_TRUE(Local(2, top, top - P3(wb, 0, -b), top + P3(wb, 0, -b), level));
     EXPECT_TRUE(Local(3, falling, falling - P3(wb, -b, 0), falling + P3(wa, -a, 0), level));
     EXPECT_TRUE(Local(4, P3(1, 0, -1), P3(0, 0, a), level));
+}
+
+TEST_F(LoopElements, ClothoidLoopFormsTheFirstQuarterLengthInDoubleToo) {
+    // (2.5, 1, 2, 0): e1 = 2.5 pi * 0.5 with 2.5 pi in double. The float
+    // product 2.5 * pi rounds up, and the rising point would come out at
+    // 0.714285731 instead of 0.714285672, the top at exactly 1 instead of
+    // 0.99999994. The falling point's x does not change here.
+    Add(ElementClothoidLoop, 2.5f, 1, 2, 0);
+    ASSERT_EQ(Count(), 5);
+    float a = Handle43(2.5f, Tan8()), b = Handle43(1, Tan8());
+    float c = 1 * Pi + 2.5f * Pi;
+    float wa = a * 2 / c, wb = b * 2 / c;
+    double e1 = double(2.5f) * double(Pi) * 0.5, e2 = double(1) * double(Pi);
+    MPoint3 rising{float(e1 * 2 / c), 2.5f, 2.5f};
+    MPoint3 top{float((e2 * 0.5 + e1) * 2 / c), 3.5f, 1.5f};
+    MPoint3 falling{float((e1 + e2) * 2 / c), 2.5f, 0.5f};
+    EXPECT_EQ(rising.x, 0.714285672f);
+    EXPECT_EQ(top.x, 0.99999994f);
+    EXPECT_NE(rising.x, float(double(2.5f * Pi) * 0.5 * 2 / c));
+    const MPoint3 level{1, 0, 0};
+    EXPECT_TRUE(Local(1, rising, rising - P3(wa, a, 0), rising + P3(wb, b, 0), level));
+    EXPECT_TRUE(Local(2, top, top - P3(wb, 0, -b), top + P3(wb, 0, -b), level));
+    EXPECT_TRUE(Local(3, falling, falling - P3(wb, -b, 0), falling + P3(wa, -a, 0), level));
+    EXPECT_TRUE(Local(4, P3(2, 0, 3), P3(0, 0, a), level));
 }
 
 TEST_F(LoopElements, ClothoidLoopFailure) {

@@ -5,7 +5,9 @@
 #include "drawing/MPicture.h"
 #include "foundation/Platform.h"
 
+#include "ForeignFilesSupport.h"
 #include "PictureTestSupport.h"
+#include "ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -705,3 +707,44 @@ TEST(PictureTest, AGifFrameLargerThanItsDataCanFillIsRefused) {
     EXPECT_NE(picture.Pixels, nullptr);
 }
 #endif
+
+// ---- Pictures of the corpus, whole, cut and with flipped bytes
+
+TEST(PictureTest, CorpusPicturesLoadWhole) {
+    for (const char* name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
+                             "picture.bmp", "picture.tga", "picture.dds"}) {
+        MPicture picture;
+        foreign::fs::path path = foreign::Folder() / name;
+        ASSERT_TRUE(picture.Load(MString(path.u16string().c_str()))) << name;
+        EXPECT_EQ(picture.Width, 16u) << name;
+        EXPECT_EQ(picture.Height, 12) << name;
+        EXPECT_TRUE(picture.IsUsable()) << name;
+    }
+}
+
+// A broken picture either loads at its size or leaves the picture empty; it
+// never takes the program down, and the file stays as it was.
+TEST(PictureTest, BrokenCorpusPicturesLoadOrLeaveThePictureEmpty) {
+    foreign::fs::path folder = scratch::Kept("broken-pictures");
+    int32_t refused = 0;
+    for (const char* name : {"picture.png", "picture.jpg", "picture.gif", "picture.tif",
+                             "picture.bmp", "picture.tga", "picture.dds"}) {
+        for (const foreign::BrokenCopy& copy : foreign::BrokenCopies(name)) {
+            foreign::fs::path path = folder / copy.Name;
+            scratch::WriteBytes(path, copy.Bytes);
+            MPicture picture;
+            if (picture.Load(MString(path.u16string().c_str()))) {
+                EXPECT_TRUE(picture.IsUsable()) << copy.Name;
+                EXPECT_EQ(picture.Width, 16u) << copy.Name;
+                EXPECT_EQ(picture.Height, 12) << copy.Name;
+            } else {
+                refused++;
+                EXPECT_EQ(picture.Width, 0u) << copy.Name;
+                EXPECT_EQ(picture.Format, 0) << copy.Name;
+                EXPECT_EQ(picture.Pixels, nullptr) << copy.Name;
+            }
+            EXPECT_EQ(scratch::ReadBytes(path), copy.Bytes) << copy.Name;
+        }
+    }
+    EXPECT_GT(refused, 50);
+}

@@ -390,6 +390,30 @@ TEST_F(SketchOperations, CentreAndNormalizeScaleBehindTheMove) {
     EXPECT_EQ(s.Points[1].Position.z, 0.0f);
 }
 
+TEST_F(SketchOperations, CentreMovesASketchEvenByLessThanTheIdentityTolerance) {
+    // The bounds' centre at (0.00005, 0, 0): a translation that passes the
+    // identity test of a matrix, and still it is applied.
+    WSketch& s = Load({Record(0, 0, 0, KindMove), Record(0.0001f, 0, 0, KindLine)});
+    s.TransformAll(true, false);
+    float half = 0.0001f * 0.5f;
+    EXPECT_TRUE(SameBits(s.Points[0].Position, P3(-half, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(half, 0, 0)));
+    EXPECT_TRUE(SameBits(s.Points[1].HandleIn, P3(half, 0, 0)));
+    EXPECT_EQ(s.Modified, 1);
+}
+
+TEST_F(SketchOperations, NormalizeScalesEvenByAFactorCloseToOne) {
+    // An extent of 200 + 1/128: the factor 200 / e differs from 1 by less
+    // than the identity tolerance, and the largest extent still becomes 200.
+    WSketch& s = Load({Record(0, 0, 0, KindMove), Record(200.0078125f, 10, 0, KindLine)});
+    s.TransformAll(false, true);
+    float factor = 200.0f / 200.0078125f;
+    EXPECT_TRUE(SameBits(s.Points[1].Position, P3(200.0078125f * factor, 10 * factor, 0)));
+    EXPECT_NE(s.Points[1].Position.x, 200.0078125f);
+    EXPECT_FLOAT_EQ(s.Points[1].Position.x, 200.0f);
+    EXPECT_EQ(s.Modified, 1);
+}
+
 TEST_F(SketchOperations, TransformAllWithoutFlagsDoesNothing) {
     WSketch& s = Load({Record(10, 0, 0, KindMove), Record(60, 20, 0, KindLine)});
     s.TransformAll(false, false);

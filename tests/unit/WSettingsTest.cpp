@@ -4,6 +4,8 @@
 
 #include "shell/WSettings.h"
 
+#include "FileTrouble.h"
+#include "ForeignFilesSupport.h"
 #include "ScratchFolder.h"
 #include "foundation/Folders.h"
 #include "foundation/MTextFile.h"
@@ -16,15 +18,8 @@
 #include <random>
 #include <string>
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-#endif
-
 using scratch::U16;
+using trouble::ForeignLock;
 
 namespace {
 
@@ -37,40 +32,6 @@ MScreenMetrics Screen(int32_t width, int32_t height) {
     metrics.Virtual = metrics.Primary;
     return metrics;
 }
-
-// Holds a file the way another program can: opened with no sharing on
-// Windows, under an exclusive lock here, which every reader of the program
-// respects (root included).
-struct ForeignLock {
-#ifdef _WIN32
-    HANDLE Handle = INVALID_HANDLE_VALUE;
-    explicit ForeignLock(const fs::path& path) {
-        Handle = CreateFileW(path.wstring().c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    }
-    bool Held() const {
-        return Handle != INVALID_HANDLE_VALUE;
-    }
-    ~ForeignLock() {
-        if (Held()) CloseHandle(Handle);
-    }
-#else
-    int Descriptor = -1;
-    explicit ForeignLock(const fs::path& path) {
-        Descriptor = open(path.c_str(), O_RDWR);
-        if (Descriptor >= 0 && flock(Descriptor, LOCK_EX | LOCK_NB) != 0) {
-            close(Descriptor);
-            Descriptor = -1;
-        }
-    }
-    bool Held() const {
-        return Descriptor >= 0;
-    }
-    ~ForeignLock() {
-        if (Held()) close(Descriptor);
-    }
-#endif
-};
 
 fs::path SourceFile(const char* relative) {
     std::string root = TEST_SOURCE_DIR;
@@ -685,4 +646,58 @@ TEST_F(Settings, TheGridMenuItemIsCheckedByUseGrid) {
     s.UseGrid = false;
     RefreshMenu();
     EXPECT_FALSE(AppliedMenuState().Grid);
+}
+
+// ---- Settings files of every encoding from the corpus, whole and broken
+
+TEST_F(Settings, SettingsFilesOfEveryEncodingLoad) {
+    const struct {
+        const char* Name;
+        const char16_t* Folder;
+    } files[] = {
+        // The 8-bit file has a question mark where the euro sign had no byte.
+        {"settings-8bit.txt", u"/tmp/Dokumente-\u00e9t\u00e9-?/Brambleworks/Quillmere"},
+        {"settings-utf16le.txt", u"/tmp/Dokumente-\u00e9t\u00e9-\u20ac/Brambleworks/Quillmere"},
+        {"settings-utf16be.txt", u"/tmp/Dokumente-\u00e9t\u00e9-\u20ac/Brambleworks/Quillmere"},
+        {"settings-utf8.txt", u"/tmp/Dokumente-\u00e9t\u00e9-\u20ac/Brambleworks/Quillmere"}};
+    for (const auto& file : files) {
+        WSettings& s = LoadFrom(foreign::Bytes(file.Name));
+        EXPECT_TRUE(s.Loaded) << file.Name;
+        EXPECT_EQ(U16(s.FolderSaveSketch), std::u16string(file.Folder)) << file.Name;
+        EXPECT_EQ(U16(s.FolderOpenSketch), u"/opt/Brambleworks Quillmere/Media/Sketches")
+            << file.Name;
+        EXPECT_EQ(s.PenSize, 2) << file.Name;
+        EXPECT_EQ(s.PointSize, 8) << file.Name;
+        EXPECT_EQ(s.Smooth, 200) << file.Name;
+        DestroySettings();
+    }
+}
+
+// Cut at ten places and with flipped bytes: the values stay within their
+// limits, reading leaves the file alone, and a file that was read to its
+// end is written whole again at exit.
+TEST_F(Settings, BrokenSettingsFilesStayWithinTheLimits) {
+    for (const char* name : {"settings-8bit.txt", "settings-utf16le.txt", "settings-utf16be.txt",
+                             "settings-utf8.txt"}) {
+        for (const foreign::BrokenCopy& copy : foreign::BrokenCopies(name)) {
+            WSettings& s = LoadFrom(copy.Bytes);
+            EXPECT_GE(s.PenSize, 1) << copy.Name;
+            EXPECT_LE(s.PenSize, 10) << copy.Name;
+            EXPECT_GE(s.PointSize, 1) << copy.Name;
+            EXPECT_LE(s.PointSize, 20) << copy.Name;
+            EXPECT_GE(s.Smooth, 0) << copy.Name;
+            EXPECT_LE(s.Smooth, 1000) << copy.Name;
+            EXPECT_EQ(FileBytes(), copy.Bytes) << copy.Name;
+            EXPECT_EQ(Messages.Count, 0) << copy.Name;
+            if (s.Loaded) {
+                int32_t pen = s.PenSize, point = s.PointSize;
+                EXPECT_TRUE(s.Save()) << copy.Name;
+                DestroySettings();
+                WSettings& again = LoadFrom(FileBytes());
+                EXPECT_EQ(again.PenSize, pen) << copy.Name;
+                EXPECT_EQ(again.PointSize, point) << copy.Name;
+            }
+            DestroySettings();
+        }
+    }
 }
