@@ -95,7 +95,9 @@ class MediaFolder : public ::testing::Test {
     void SetUp() override {
         if (TheSketch) DestroySketch();
         ASSERT_NE(CreateSketch(), nullptr);
-        if (!TheElement) ASSERT_NE(CreateElement(), nullptr);
+        if (!TheElement) {
+            ASSERT_NE(CreateElement(), nullptr);
+        }
         SavedSettings = TheSettings;
         TheSettings = &Settings;
         for (bool& ticked : Settings.Template)
@@ -203,7 +205,7 @@ TEST_F(MediaFolder, SampleRideWithEveryRideTemplateAndEachTreeNamesFilesThatExis
     MString ride = scratch::Text(Program / "media" / "Samples" / "Ride.qo");
     for (int32_t tree = 1; tree <= 7; tree++) {
         ASSERT_TRUE(LoadSketch(ride)) << Messages();
-        ASSERT_GT(TheSketch->Count, 10);
+        ASSERT_GT(TheSketch->PointCount, 10);
         for (int32_t index = 0; index < 9; index++)
             Settings.Template[index] = index >= 2 && index <= 7;
         Settings.TreeType = tree;

@@ -9,6 +9,7 @@
 
 #include <string>
 
+#ifndef _WIN32
 namespace {
 
 MString Wide(const std::string& text) {
@@ -16,6 +17,7 @@ MString Wide(const std::string& text) {
 }
 
 } // namespace
+#endif
 
 TEST(ProcessTest, RefusedStartsInAnyCaseAfterTrimming) {
     for (const char16_t* text :
