@@ -114,8 +114,9 @@ void AppendPole(MString& text, const MPoint3& a, const MPoint3& b) {
 // 6..., then 1, 5..., then 3, 7...
 const int32_t PillarPasses[4] = {0, 2, 1, 3};
 
-// The file of the poles; lift gives each pillar's foundation instead of the
-// pillar itself.
+// A track file of poles. Pillars go in their interleaved order, and with
+// foundation each is written as the pole of height 1 at its foot; trunks and
+// crowns go in list order.
 void WritePoles(const MString& path, const float box[6], const WPole* poles, int32_t count,
                 bool pillars, bool foundation) {
     MString text = MakeEpsHeader(false, false, 100, box);

@@ -15,7 +15,7 @@ namespace {
 
 const int32_t MaxCellsPerSide = 1024;
 const int32_t MaxCellsPerSegment = 64; // a longer segment goes to Always
-const float SmallestCell = 16;
+const float SmallestCell = 8;
 
 bool IsFinite(const MPoint3& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
@@ -167,11 +167,13 @@ bool NearTrack(WTrackClearance& c, const MPoint3& a, const MPoint3& b, float lim
     magnitude = High(magnitude, High(High(std::fabs(a.y), std::fabs(b.y)),
                                      High(std::fabs(c.X0), std::fabs(c.Z0))));
     float grow = limit + 1.0f + magnitude * 0.001f;
+    float lowX = Low(a.x, b.x) - grow, highX = High(a.x, b.x) + grow;
     float lowY = Low(a.y, b.y) - grow, highY = High(a.y, b.y) + grow;
-    int32_t x0 = CellOf(Low(a.x, b.x) - grow, c.X0, c.Cell, c.Columns);
-    int32_t x1 = CellOf(High(a.x, b.x) + grow, c.X0, c.Cell, c.Columns);
-    int32_t z0 = CellOf(Low(a.z, b.z) - grow, c.Z0, c.Cell, c.Rows);
-    int32_t z1 = CellOf(High(a.z, b.z) + grow, c.Z0, c.Cell, c.Rows);
+    float lowZ = Low(a.z, b.z) - grow, highZ = High(a.z, b.z) + grow;
+    int32_t x0 = CellOf(lowX, c.X0, c.Cell, c.Columns);
+    int32_t x1 = CellOf(highX, c.X0, c.Cell, c.Columns);
+    int32_t z0 = CellOf(lowZ, c.Z0, c.Cell, c.Rows);
+    int32_t z1 = CellOf(highZ, c.Z0, c.Cell, c.Rows);
 
     if (++c.Query == 0) { // wrapped: forget every mark
         for (int32_t q = 0; q + 1 < c.Count; q++)
@@ -186,8 +188,11 @@ bool NearTrack(WTrackClearance& c, const MPoint3& a, const MPoint3& b, float lim
                 if (c.Seen[q] == c.Query) continue;
                 c.Seen[q] = c.Query;
                 if (q >= skipFirst && q <= skipLast) continue;
-                float y0 = c.Samples[q].Position.y, y1 = c.Samples[q + 1].Position.y;
-                if (High(y0, y1) < lowY || Low(y0, y1) > highY) continue;
+                const MPoint3& p = c.Samples[q].Position;
+                const MPoint3& r = c.Samples[q + 1].Position;
+                if (High(p.y, r.y) < lowY || Low(p.y, r.y) > highY) continue;
+                if (High(p.x, r.x) < lowX || Low(p.x, r.x) > highX) continue;
+                if (High(p.z, r.z) < lowZ || Low(p.z, r.z) > highZ) continue;
                 if (Near(c, q, a, b, limit)) return true;
             }
         }
