@@ -98,10 +98,10 @@ bool ApplyDialogStep(void* window, const WDialogStep& step) {
         SendClose(*dialog);
         return true;
     }
-    WMemoryControl* control = dialog->Find(step.Id);
-    // A button the code never named, such as OK, is there and enabled.
-    if (!control && step.Kind == StepClick) control = &dialog->Control(step.Id);
-    if (!control || !control->Enabled) return false;
+    // A control the code never named, such as OK or an edit left empty, is
+    // there and enabled, as in the template.
+    WMemoryControl* control = &dialog->Control(step.Id);
+    if (!control->Enabled) return false;
     switch (step.Kind) {
     case StepSetText:
         control->Text = MString(step.Text);
@@ -142,6 +142,7 @@ int32_t RunModalDialog(int32_t resource, void* owner, const WDialogHandler& hand
         int32_t index = script->Count++;
         if (script->Answers && index < script->AnswerCount) answer = &script->Answers[index];
         Snapshot(script->Opened, *dialog);
+        if (script->AfterInit) script->AfterInit(dialog);
     }
     if (answer)
         for (int32_t i = 0; i < answer->StepCount && !dialog->Ended; i++)
@@ -338,4 +339,55 @@ WRect ControlRect(void* window, int32_t id) {
 WRect DialogClientRect(void* window) {
     if (WMemoryDialog* dialog = AsMemoryDialog(window)) return dialog->Client;
     return window ? PlatformDialogClientRect(window) : WRect();
+}
+
+// ---- Placement and painting
+
+WRect DialogWindowRect(void* window) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window)) return dialog->Window;
+    return window ? PlatformDialogWindowRect(window) : WRect();
+}
+
+void MoveDialogTo(void* window, int32_t left, int32_t top) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window)) {
+        WRect& place = dialog->Window;
+        place = WRect{left, top, left + place.right - place.left, top + place.bottom - place.top};
+    } else if (window) {
+        PlatformMoveDialogTo(window, left, top);
+    }
+}
+
+void SetDialogClientSize(void* window, int32_t width, int32_t height) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window)) {
+        dialog->Client = WRect{0, 0, width, height};
+        dialog->Window.right = dialog->Window.left + width;
+        dialog->Window.bottom = dialog->Window.top + height;
+    } else if (window) {
+        PlatformSetDialogClientSize(window, width, height);
+    }
+}
+
+void MoveControl(void* window, int32_t id, const WRect& rect) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window))
+        dialog->Control(id).Rect = rect;
+    else if (window)
+        PlatformMoveControl(window, id, rect);
+}
+
+void RedrawDialog(void* window) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window))
+        dialog->Redraws++;
+    else if (window)
+        PlatformRedrawDialog(window);
+}
+
+void RedrawControl(void* window, int32_t id) {
+    if (WMemoryDialog* dialog = AsMemoryDialog(window))
+        dialog->Control(id).Redraws++;
+    else if (window)
+        PlatformRedrawControl(window, id);
+}
+
+void PaintControlsNow(void* window) {
+    if (window && !AsMemoryDialog(window)) PlatformPaintControlsNow(window);
 }

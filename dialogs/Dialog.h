@@ -89,6 +89,25 @@ void SetComboSelection(void* dialog, int32_t id, int32_t index);
 WRect ControlRect(void* dialog, int32_t id);
 WRect DialogClientRect(void* dialog);
 
+// ---- Placement and painting
+// The dialog's window rectangle in screen pixels.
+WRect DialogWindowRect(void* dialog);
+// Moves the window's top left corner to screen pixels, keeping its size.
+void MoveDialogTo(void* dialog, int32_t left, int32_t top);
+// Sizes the window so that its client area has the size, keeping its frame.
+void SetDialogClientSize(void* dialog, int32_t width, int32_t height);
+// Places a control at client pixels.
+void MoveControl(void* dialog, int32_t id, const WRect& rect);
+// Asks for a paint of the whole dialog, or of one control, at the next chance.
+void RedrawDialog(void* dialog);
+void RedrawControl(void* dialog, int32_t id);
+// Lets the controls paint what they have waiting now, during the dialog's
+// own paint, so that a drawing made after it lies over them (a group box
+// fills its inside when it paints).
+void PaintControlsNow(void* dialog);
+// The system's colour of button faces, which dialogs are filled with.
+MColour ButtonFaceColour();
+
 // ---- In-memory dialogs
 struct WMemoryControl {
     int32_t Id = 0;
@@ -98,7 +117,8 @@ struct WMemoryControl {
     MVector<MString> Items; // the dropdown's entries
     int32_t ItemCount = 0;  // entries in use
     int32_t Selection = -1;
-    WRect Rect; // client pixels; all zero unless a test sets it
+    WRect Rect;          // client pixels; all zero unless a test sets it or the code moves it
+    int32_t Redraws = 0; // paints asked for
 };
 struct WMemoryDialog {
     int32_t Resource = 0;
@@ -112,7 +132,9 @@ struct WMemoryDialog {
     bool Ended = false; // a modal dialog was ended
     int32_t Result = 0;
     bool Visible = false;
-    WRect Client; // client pixels; all zero unless a test sets it
+    WRect Client;        // client pixels; all zero unless a test sets it or the code sizes it
+    WRect Window;        // screen pixels; the frame is taken as nothing
+    int32_t Redraws = 0; // paints asked for
     WMemoryDialog* NextLive = nullptr;
 
     WMemoryControl* Find(int32_t id);    // null when never named
@@ -126,8 +148,8 @@ WMemoryDialog* CreateMemoryDialog(int32_t resource, void* owner, const WDialogHa
                                   void* context, bool modal);
 
 // ---- The user, as in-memory dialogs meet one. Each step acts as the user
-// would: on a disabled or missing control it does nothing and counts as
-// refused.
+// would: on a disabled control it does nothing and counts as refused. A
+// control the code never named counts as there and enabled.
 enum WDialogStepKind {
     StepSetText, // types Text into the edit: the text changes, then the edit-change command
     StepCheck,   // clicks the check box if it is not already Value (0 or 1)
@@ -164,6 +186,9 @@ struct DialogScript {
     int32_t LastResource = 0;
     int32_t LastResult = 0;
     MString LastTitle;
+    // Called with each modal dialog after its Init, before the steps: a test
+    // can place controls or read the dialog there.
+    void (*AfterInit)(void* dialog) = nullptr;
     WMemoryDialog Opened; // the latest modal dialog just after Init
     WMemoryDialog Closed; // the same dialog as it ended
 };

@@ -61,3 +61,18 @@ int32_t PlatformDialogResource(void*) {
 bool PlatformApplyDialogStep(void*, const WDialogStep&) {
     return false;
 }
+WRect PlatformDialogWindowRect(void*) {
+    return WRect();
+}
+void PlatformMoveDialogTo(void*, int32_t, int32_t) {}
+void PlatformSetDialogClientSize(void*, int32_t, int32_t) {}
+void PlatformMoveControl(void*, int32_t, const WRect&) {}
+void PlatformRedrawDialog(void*) {}
+void PlatformRedrawControl(void*, int32_t) {}
+// The face colour of a fresh Windows installation.
+MColour ButtonFaceColour() {
+    MColour face;
+    face.r = face.g = face.b = 240;
+    return face;
+}
+void PlatformPaintControlsNow(void*) {}

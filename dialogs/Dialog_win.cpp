@@ -278,3 +278,47 @@ bool PlatformApplyDialogStep(void* dialog, const WDialogStep& step) {
         return false;
     }
 }
+
+WRect PlatformDialogWindowRect(void* dialog) {
+    RECT box;
+    if (!GetWindowRect(static_cast<HWND>(dialog), &box)) return WRect();
+    return WRect{box.left, box.top, box.right, box.bottom};
+}
+void PlatformMoveDialogTo(void* dialog, int32_t left, int32_t top) {
+    SetWindowPos(static_cast<HWND>(dialog), nullptr, left, top, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+// The frame is what lies between the window and its client area now.
+void PlatformSetDialogClientSize(void* dialog, int32_t width, int32_t height) {
+    HWND window = static_cast<HWND>(dialog);
+    RECT outer, inner;
+    if (!GetWindowRect(window, &outer) || !GetClientRect(window, &inner)) return;
+    int32_t frameWidth = (outer.right - outer.left) - (inner.right - inner.left);
+    int32_t frameHeight = (outer.bottom - outer.top) - (inner.bottom - inner.top);
+    SetWindowPos(window, nullptr, 0, 0, width + frameWidth, height + frameHeight,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+void PlatformMoveControl(void* dialog, int32_t id, const WRect& rect) {
+    if (HWND item = Item(dialog, id))
+        MoveWindow(item, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, TRUE);
+}
+void PlatformRedrawDialog(void* dialog) {
+    InvalidateRect(static_cast<HWND>(dialog), nullptr, TRUE);
+}
+void PlatformRedrawControl(void* dialog, int32_t id) {
+    if (HWND item = Item(dialog, id)) InvalidateRect(item, nullptr, TRUE);
+}
+MColour ButtonFaceColour() {
+    DWORD face = GetSysColor(COLOR_BTNFACE);
+    MColour colour;
+    colour.r = GetRValue(face);
+    colour.g = GetGValue(face);
+    colour.b = GetBValue(face);
+    colour.a = 255;
+    return colour;
+}
+void PlatformPaintControlsNow(void* dialog) {
+    for (HWND child = GetWindow(static_cast<HWND>(dialog), GW_CHILD); child;
+         child = GetWindow(child, GW_HWNDNEXT))
+        UpdateWindow(child);
+}

@@ -56,6 +56,13 @@ MString FolderOfFile(const MString& path) {
     return path.Left(cut - 1);
 }
 
+MString NameOfFile(const MString& path) {
+    int32_t start = 0;
+    for (int32_t i = 0; i < path.Length; i++)
+        if (path.Text[i] == u'/' || path.Text[i] == u'\\' || path.Text[i] == u':') start = i + 1;
+    return start == 0 ? path : MString(path.Chars() + start);
+}
+
 MString FilePrompt(int32_t mode) {
     return FilePrompt(TheMainWindow, mode);
 }
@@ -87,7 +94,9 @@ MString FilePrompt(void* owner, int32_t mode) {
     }
     if (mode == PromptSaveSketch) {
         request.DefaultExtension = MString(u"EPS");
-        request.InitialFile = TheFileName;
+        // The prompt opens in the remembered folder, so only the name of the
+        // sketch's file is proposed, not the folder it came from.
+        request.InitialFile = NameOfFile(TheFileName);
     }
     request.DefaultExtension.Remove(u'.');
     // A name the buffer cannot hold is dropped, not cut.

@@ -43,6 +43,8 @@ MString ForceExtension(MString path, const MString& extension);
 // The folder part of a path, behind which the file name stands; empty when
 // the path holds no separator.
 MString FolderOfFile(const MString& path);
+// The file name of a path: what follows its last "/", "\\" or ":".
+MString NameOfFile(const MString& path);
 
 // ---- A script for tests: while set, FilePrompt does not ask anybody; it
 // records the request and takes the next scripted answer (an empty answer,

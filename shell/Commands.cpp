@@ -2,6 +2,8 @@
 
 #include "shell/Commands.h"
 
+#include "dialogs/AboutDialog.h"
+#include "dialogs/OptionsDialog.h"
 #include "drawing/FilePrompt.h"
 #include "drawing/MDrawSurface.h"
 #include "eps/EpsWriter.h"
@@ -70,16 +72,8 @@ void CommandSave() {
     if (CleanUpForSave()) SaveSketch();
 }
 
-// The save dialog with its templates and choices comes before the prompt
-// once it exists; its OK leads to the prompt below.
 void CommandSaveAs() {
-    if (!CleanUpForSave()) return;
-    MString path = FilePrompt(PromptSaveSketch);
-    if (!path.IsEmpty()) {
-        SaveEps(path);
-        TheFileName = path;
-    }
-    RefreshTitle();
+    if (CleanUpForSave()) SaveSketchAs();
 }
 
 void CommandTraceBitmap() {
@@ -191,7 +185,7 @@ void CommandSpaghetti() {
 
 // The dialog may have changed DisplaySize; the surface takes it at once.
 void CommandOptions() {
-    RunOptionsDialog();
+    RunOptions();
     if (TheSurface) ApplyDisplayScale(*TheSurface);
 }
 
@@ -217,7 +211,7 @@ void CommandCommunity() {
     OpenWebPage(MakerPageUrl(u"/community/"));
 }
 void CommandAbout() {
-    RunAboutDialog();
+    RunAbout();
 }
 
 void RequestMainWindowClose() {

@@ -3,6 +3,7 @@
 
 #include "shell/SketchFile.h"
 
+#include "dialogs/SaveDialog.h"
 #include "drawing/FilePrompt.h"
 #include "eps/EpsWriter.h"
 #include "eps/LoadSketch.h"
@@ -28,19 +29,33 @@ bool AskToSave() {
     return SaveSketch();
 }
 
+// The title is refreshed on every way out, a cancelled prompt included: the
+// clean-up before may have removed points that the title still counts.
 bool SaveSketch() {
     bool written = false;
     if (TheFileName.IsEmpty()) {
         MString path = FilePrompt(PromptSaveSketch);
-        if (path.IsEmpty()) return false;
-        written = SaveEps(path);
-        TheFileName = path;
+        if (!path.IsEmpty()) {
+            written = SaveEps(path);
+            TheFileName = path;
+        }
     } else {
         MString path = TheFileName;
         written = SaveEps(path);
     }
     RefreshTitle();
     return written;
+}
+
+void SaveSketchAs() {
+    if (RunSaveDialog()) {
+        MString path = FilePrompt(PromptSaveSketch);
+        if (!path.IsEmpty()) {
+            SaveEps(path);
+            TheFileName = path;
+        }
+    }
+    RefreshTitle();
 }
 
 void ShowOpenedSketch() {

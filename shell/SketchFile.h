@@ -10,8 +10,13 @@
 bool AskToSave();
 // Saves under TheFileName, or asks for a name first when there is none (an
 // empty answer gives false). The name asked for becomes TheFileName whatever
-// the writer's result. The title is refreshed; the result is the writer's.
+// the writer's result. The title is refreshed in every case; the result is
+// the writer's.
 bool SaveSketch();
+// "Save as..." after its clean-up: the save dialog, and only after its OK the
+// prompt; a path given is saved to and becomes TheFileName whatever the
+// writer's result. The title is refreshed however it ends.
+void SaveSketchAs();
 // Opens a sketch file (EPS or track file); an empty path asks for one first,
 // and a cancelled prompt changes nothing. TheFileName is cleared, and becomes
 // the path only when an EPS file loaded: a track file stays nameless, so that

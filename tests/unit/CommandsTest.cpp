@@ -238,9 +238,11 @@ TEST_F(CommandsTest, LoneClickIsCountedAndThenCleanedAwayBySave) {
 }
 
 TEST_F(CommandsTest, SaveAsOfAnEmptySketchSaysSoAndAsksForNoName) {
+    AnswerDialog(1);
     Run(IdSaveAs);
     EXPECT_EQ(LastMessage(), u"The sketch is empty");
     EXPECT_EQ(MessageIcons[0], IconError);
+    EXPECT_EQ(Dialogs.Count, 0);
     EXPECT_EQ(Prompts.Count, 0);
 }
 
@@ -255,15 +257,22 @@ TEST_F(CommandsTest, SaveWithoutANameAsksForOne) {
     EXPECT_EQ(Title(), u"Quillmere - corner.eps (3 points) [DRAW FREEHAND]");
 }
 
+// The save dialog comes first; after its OK the prompt proposes the name of
+// the old file alone, in the remembered folder, not the old file's folder.
 TEST_F(CommandsTest, SaveAsAlwaysAsksAndTheNameBecomesTheFileName) {
     Load(OpenCorner());
     TheFileName = PathOf("old.eps");
+    settings.FolderSaveSketch = PathOf("saved");
     MString path = PathOf("new.eps");
+    AnswerDialog(1);
     Prompt(path);
     Run(IdSaveAs);
+    EXPECT_EQ(Dialogs.Count, 1);
+    EXPECT_EQ(Dialogs.LastResource, 135);
     EXPECT_EQ(Prompts.Count, 1);
     EXPECT_EQ(Prompts.Last.Mode, PromptSaveSketch);
-    EXPECT_EQ(Text(Prompts.Last.InitialFile), Text(PathOf("old.eps")));
+    EXPECT_EQ(Text(Prompts.Last.InitialFile), u"old.eps");
+    EXPECT_EQ(Text(Prompts.Last.InitialFolder), Text(PathOf("saved")));
     EXPECT_FALSE(Exists(PathOf("old.eps")));
     EXPECT_EQ(ReadFile(path), Bytes(MakeSketchEps(S(), settings)));
     EXPECT_EQ(Text(TheFileName), Text(path));
@@ -274,10 +283,59 @@ TEST_F(CommandsTest, SaveAsCancelledKeepsTheOldName) {
     Load(OpenCorner());
     Change();
     TheFileName = PathOf("old.eps");
+    AnswerDialog(1);
     Run(IdSaveAs);
+    EXPECT_EQ(Prompts.Count, 1);
     EXPECT_EQ(Text(TheFileName), Text(PathOf("old.eps")));
     EXPECT_FALSE(Exists(PathOf("old.eps")));
     EXPECT_EQ(Title(), u"Quillmere - old.eps * (3 points) [DRAW FREEHAND]");
+}
+
+TEST_F(CommandsTest, SaveAsCancelledInTheDialogAsksForNoName) {
+    Load(OpenCorner());
+    TheFileName = PathOf("old.eps");
+    AnswerDialog(2);
+    AnswerDialog(0);
+    Run(IdSaveAs);
+    Run(IdSaveAs);
+    EXPECT_EQ(Dialogs.Count, 2);
+    EXPECT_EQ(Prompts.Count, 0);
+    EXPECT_EQ(Text(TheFileName), Text(PathOf("old.eps")));
+    EXPECT_FALSE(Exists(PathOf("old.eps")));
+}
+
+// Save asks nothing but the prompt: the dialog belongs to "Save as..." only.
+TEST_F(CommandsTest, SaveOpensNoDialog) {
+    Load(OpenCorner());
+    Prompt(PathOf("corner.eps"));
+    Run(IdSave);
+    EXPECT_EQ(Dialogs.Count, 0);
+    EXPECT_TRUE(Exists(PathOf("corner.eps")));
+}
+
+// The clean-up before a save removes a segment of no length at the end; the
+// title counts the points that are left even when the prompt is cancelled.
+TEST_F(CommandsTest, SaveAndSaveAsRefreshTheTitleWhenThePromptIsCancelled) {
+    std::vector<WSketchPoint> records = OpenCorner();
+    records.push_back(Record(100, 100, 0, KindLine));
+    Load(records);
+    ASSERT_EQ(Title(), u"Quillmere - Untitled (4 points) [DRAW FREEHAND]");
+    Run(IdSave);
+    EXPECT_EQ(Prompts.Count, 1);
+    EXPECT_EQ(Title(), u"Quillmere - Untitled (3 points) [DRAW FREEHAND]");
+
+    Load(records);
+    ASSERT_EQ(Title(), u"Quillmere - Untitled (4 points) [DRAW FREEHAND]");
+    AnswerDialog(1);
+    Run(IdSaveAs);
+    EXPECT_EQ(Prompts.Count, 2);
+    EXPECT_EQ(Title(), u"Quillmere - Untitled (3 points) [DRAW FREEHAND]");
+
+    Load(records);
+    AnswerDialog(2);
+    Run(IdSaveAs);
+    EXPECT_EQ(Prompts.Count, 2);
+    EXPECT_EQ(Title(), u"Quillmere - Untitled (3 points) [DRAW FREEHAND]");
 }
 
 // ---- Trace bitmap

@@ -81,8 +81,11 @@ TEST_F(FilePrompts, OpenSketchAsksForEpsAndTrackFiles) {
     EXPECT_EQ(U16(Settings.FolderSaveSketch), u"C:\\Saved");
 }
 
-TEST_F(FilePrompts, SaveSketchStartsWithTheSketchsPathAndForcesEps) {
-    TheFileName = MString(u"C:\\Saved\\ring.eps");
+// The prompt opens in the remembered folder and proposes the sketch's file
+// name alone: a whole path there would take the prompt back to the sketch's
+// own folder, and the remembered one would never be used.
+TEST_F(FilePrompts, SaveSketchStartsWithTheSketchsNameAndForcesEps) {
+    TheFileName = MString(u"D:\\rides\\ring.eps");
     Answer(u"E:\\out\\logo.txt");
     MString chosen = FilePrompt(PromptSaveSketch);
     const WFilePromptRequest& asked = Script.Last;
@@ -91,7 +94,7 @@ TEST_F(FilePrompts, SaveSketchStartsWithTheSketchsPathAndForcesEps) {
     const char16_t filter[] = u"EPS Files (*.EPS)\0*.EPS\0";
     EXPECT_EQ(Filter(asked), std::u16string(filter, sizeof filter / sizeof filter[0]));
     EXPECT_EQ(U16(asked.DefaultExtension), u"EPS");
-    EXPECT_EQ(U16(asked.InitialFile), u"C:\\Saved\\ring.eps");
+    EXPECT_EQ(U16(asked.InitialFile), u"ring.eps");
     EXPECT_EQ(U16(asked.InitialFolder), u"C:\\Saved");
     EXPECT_EQ(U16(chosen), u"E:\\out\\logo.EPS");
     EXPECT_EQ(U16(Settings.FolderSaveSketch), u"E:\\out");
@@ -116,6 +119,29 @@ TEST_F(FilePrompts, AnInitialNameLongerThanTheBufferIsDropped) {
     TheFileName = MString(tooLong.c_str());
     FilePrompt(PromptSaveSketch);
     EXPECT_TRUE(Script.Last.InitialFile.IsEmpty());
+}
+
+// The length check is made on the name, so a long folder does not drop it.
+TEST_F(FilePrompts, TheLengthCheckAppliesToTheNameWithoutItsFolder) {
+    std::u16string folder = u"C:\\" + std::u16string(200, u'f') + u"/" + std::u16string(100, u'g');
+    std::u16string fits(FilePromptBufferLength, u'a');
+    TheFileName = MString((folder + u"\\" + fits).c_str());
+    FilePrompt(PromptSaveSketch);
+    EXPECT_EQ(U16(Script.Last.InitialFile), fits);
+    TheFileName = MString((folder + u"/" + fits + u"b").c_str());
+    FilePrompt(PromptSaveSketch);
+    EXPECT_TRUE(Script.Last.InitialFile.IsEmpty());
+    TheFileName = MString(u"C:ring.eps");
+    FilePrompt(PromptSaveSketch);
+    EXPECT_EQ(U16(Script.Last.InitialFile), u"ring.eps");
+}
+
+TEST(FilePromptPaths, NameOfFileTakesWhatFollowsTheLastSeparator) {
+    EXPECT_EQ(U16(NameOfFile(MString(u"C:\\a\\b.eps"))), u"b.eps");
+    EXPECT_EQ(U16(NameOfFile(MString(u"/home/x/y.eps"))), u"y.eps");
+    EXPECT_EQ(U16(NameOfFile(MString(u"plain.eps"))), u"plain.eps");
+    EXPECT_EQ(U16(NameOfFile(MString(u"C:\\folder\\"))), u"");
+    EXPECT_EQ(U16(NameOfFile(MString())), u"");
 }
 
 TEST_F(FilePrompts, SelectPictureUsesThePictureFilter) {

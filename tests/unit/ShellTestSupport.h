@@ -2,7 +2,8 @@
 // The fixture of the shell's tests: a user at the main window with the one
 // sketch and its ring, the recorder and the view, settings of their defaults
 // (PointSize 8, PenSize 2, GridSize 10, grid off) and folders of a scratch
-// tree. Message boxes, file prompts and web pages are scripted. The view is
+// tree. Message boxes, file prompts, modal dialogs and web pages are
+// scripted; a modal dialog that is given no answer is cancelled. The view is
 // 800 by 600 pixels at zoom 1 in the front view with the pivot at the
 // origin, so the world point (x, y, z) lies on the client pixel
 // (400 + x, 300 - y).
@@ -11,6 +12,7 @@
 
 #include "ScratchFolder.h"
 
+#include "dialogs/Dialog.h"
 #include "drawing/FilePrompt.h"
 #include "eps/EpsWriter.h"
 #include "foundation/Platform.h"
@@ -89,6 +91,8 @@ class ShellFixture : public ::testing::Test {
     MString PromptAnswers[16];
     FilePromptScript Prompts;
     WebPageScript Pages;
+    WDialogAnswer DialogAnswers[16];
+    DialogScript Dialogs;
     int32_t depth = 0; // the ring's depth right after Load
 
     void SetUp() override {
@@ -122,6 +126,8 @@ class ShellFixture : public ::testing::Test {
         TheMouseEnabled = true;
         TheFilePromptScript = &Prompts;
         TheWebPageScript = &Pages;
+        Dialogs.Answers = DialogAnswers;
+        TheDialogScript = &Dialogs;
         SetMainWindowText(MString());
         ApplyMenuState(WMenuState());
     }
@@ -133,6 +139,7 @@ class ShellFixture : public ::testing::Test {
         TheMessageScript = nullptr;
         TheFilePromptScript = nullptr;
         TheWebPageScript = nullptr;
+        TheDialogScript = nullptr;
         TheSettings = oldSettings;
         TheMode = ModeDraw;
         TheFileName = MString();
@@ -151,6 +158,11 @@ class ShellFixture : public ::testing::Test {
     void Prompt(const MString& path) {
         PromptAnswers[Prompts.AnswerCount++] = path;
         Prompts.Answers = PromptAnswers;
+    }
+    // The next answer of a modal dialog: the steps (kept by the caller), then
+    // a click on ending (1 OK, 2 Cancel, 0 the close box).
+    void AnswerDialog(int32_t ending, const WDialogStep* steps = nullptr, int32_t stepCount = 0) {
+        DialogAnswers[Dialogs.AnswerCount++] = WDialogAnswer{steps, stepCount, ending};
     }
     std::u16string Title() const { return Text(MainWindowText()); }
     std::u16string LastMessage() const {
