@@ -9,6 +9,7 @@
 #include "dialogs/DialogFields.h"
 #include "drawing/FilePrompt.h"
 #include "drawing/MDrawSurface.h"
+#include "eps/TraceFlow.h"
 #include "foundation/Platform.h"
 #include "resources/resource.h"
 #include "shell/Commands.h"
@@ -114,10 +115,6 @@ void Paint(void* dialog, void* dc) {
 }
 
 } // namespace
-
-bool IsKnownTracer(const MString& path) {
-    return IsPotracePath(path);
-}
 
 MString DisplaySizeText(int32_t value) {
     return IntegerText(value) + MString(u"%");

@@ -21,8 +21,6 @@ extern const WSwatch Swatches[SwatchCount];
 int32_t RunOptions();
 extern void* TheOptionsDialog; // the dialog while it is open, else null
 
-// True when the path's file name, lower-cased, is "potrace.exe".
-bool IsKnownTracer(const MString& path);
 // The display size field's text: the number and "%".
 MString DisplaySizeText(int32_t value);
 // The display size typed: every "%" removed; an empty rest gives 0, a rest

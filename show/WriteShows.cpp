@@ -9,7 +9,7 @@
 #include "foundation/MRandom.h"
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
-#include "shell/WSettings.h"
+#include "foundation/Settings.h"
 #include "show/TrackBuilder.h"
 
 #include <cmath>

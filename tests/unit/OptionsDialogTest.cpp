@@ -6,6 +6,7 @@
 #include "dialogs/ColourPrompt.h"
 #include "dialogs/OptionsDialog.h"
 #include "drawing/MDrawSurface.h"
+#include "eps/TraceFlow.h"
 
 namespace {
 
