@@ -61,13 +61,16 @@ class ModalDialogsWin : public ::testing::Test {
   protected:
     WSettings Settings;
     WSettings* SavedSettings = nullptr;
+    bool MadeSketch = false;
     void SetUp() override {
         InitDialogs();
         SavedSettings = TheSettings;
         TheSettings = &Settings;
         Settings.SetDefaults();
         Settings.ResetSaveChoices();
-        if (!TheSketch) CreateSketch();
+        // The sketch is this test's own: the tests after it expect none.
+        MadeSketch = !TheSketch;
+        if (MadeSketch) CreateSketch();
         TheSketch->PointCount = 0;
         WSketchPoint first, second;
         second.Position.x = 100;
@@ -76,7 +79,10 @@ class ModalDialogsWin : public ::testing::Test {
         TheSketch->AppendPoints(&second, 1);
     }
     void TearDown() override {
-        TheSketch->PointCount = 0;
+        if (MadeSketch)
+            DestroySketch();
+        else
+            TheSketch->PointCount = 0;
         TheSettings = SavedSettings;
     }
 };
