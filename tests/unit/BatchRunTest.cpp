@@ -15,6 +15,12 @@
 
 #include <map>
 
+#ifdef _WIN32
+#include <windows.h>
+
+#include <objbase.h>
+#endif
+
 namespace {
 
 enum { IdSaveAs = 32799, IdTrace = 32841 };
