@@ -40,31 +40,26 @@ bool IsSaveCheckBox(int32_t id) {
            id == IDC_SAVE_SCALE;
 }
 
-// Which templates may be ticked. A show that follows a track needs one curve
-// with roll; the spinning logo needs a solid file. "Smooth" and "Trees" stay
-// enabled whatever the templates are.
+// Runs the state pass over the dialog's boxes and writes its result back.
 void UpdateState(void* dialog) {
-    int32_t curves = CountCurves();
-    bool solid = IsControlChecked(dialog, IDC_SAVE_SOLID);
-    bool roll = IsControlChecked(dialog, IDC_SAVE_ROLL);
-    bool trackTicked = false;
+    WSaveChoices choices;
     for (int32_t i = 0; i < TemplateCount; i++)
-        if (FollowsTrack(i) && IsControlChecked(dialog, SaveTemplates[i].Id)) trackTicked = true;
+        choices.Ticked[i] = IsControlChecked(dialog, SaveTemplates[i].Id);
+    choices.Solid = IsControlChecked(dialog, IDC_SAVE_SOLID);
+    choices.Roll = IsControlChecked(dialog, IDC_SAVE_ROLL);
+    choices.Centre = IsControlChecked(dialog, IDC_SAVE_CENTRE);
+    choices.Scale = IsControlChecked(dialog, IDC_SAVE_SCALE);
+    bool centre = choices.Centre, scale = choices.Scale;
+    bool enabled[TemplateCount];
+    ApplySaveState(CountCurves(), choices, enabled);
     for (int32_t i = 0; i < TemplateCount; i++) {
-        bool enabled = true;
-        if (i == 0) enabled = solid;
-        if (i >= 2) enabled = roll && curves == 1;
-        EnableControl(dialog, SaveTemplates[i].Id, enabled);
-        if (!enabled) SetControlChecked(dialog, SaveTemplates[i].Id, false);
+        EnableControl(dialog, SaveTemplates[i].Id, enabled[i]);
+        if (!enabled[i]) SetControlChecked(dialog, SaveTemplates[i].Id, false);
     }
     EnableControl(dialog, IDC_SAVE_SMOOTH, true);
     EnableControl(dialog, IDC_SAVE_TREES, true);
-    // A ride keeps its place and size: the track templates measure it as it
-    // is. The boxes stay clickable; the next pass unticks them again.
-    if (trackTicked) {
-        SetControlChecked(dialog, IDC_SAVE_CENTRE, false);
-        SetControlChecked(dialog, IDC_SAVE_SCALE, false);
-    }
+    if (centre != choices.Centre) SetControlChecked(dialog, IDC_SAVE_CENTRE, false);
+    if (scale != choices.Scale) SetControlChecked(dialog, IDC_SAVE_SCALE, false);
 }
 
 void Init(void* dialog) {
@@ -116,6 +111,39 @@ void Command(void* dialog, int32_t id, int32_t notify) {
 }
 
 } // namespace
+
+// Which templates may be ticked. A show that follows a track needs one curve
+// with roll; the spinning logo needs a solid file. "Smooth" and "Trees" stay
+// enabled whatever the templates are.
+bool IsSaveTemplateEnabled(int32_t index, int32_t curves, bool solid, bool roll) {
+    if (index == 0) return solid;
+    if (index >= 2) return roll && curves == 1;
+    return true;
+}
+
+MString SaveTemplateRefusal(int32_t index, int32_t curves, bool solid, bool roll) {
+    if (index < 0 || index >= TemplateCount) return MString();
+    if (IsSaveTemplateEnabled(index, curves, solid, roll)) return MString();
+    MString text = MString(u"\"") + SaveTemplates[index].Label + "\" is greyed out: ";
+    if (index == 0) return text + "the spinning logo needs a solid file (\"Solid\").";
+    return text + "a show that follows a track needs one curve with roll (\"Roll\").";
+}
+
+void ApplySaveState(int32_t curves, WSaveChoices& choices, bool enabled[TemplateCount]) {
+    bool trackTicked = false;
+    for (int32_t i = 0; i < TemplateCount; i++)
+        if (FollowsTrack(i) && choices.Ticked[i]) trackTicked = true;
+    for (int32_t i = 0; i < TemplateCount; i++) {
+        enabled[i] = IsSaveTemplateEnabled(i, curves, choices.Solid, choices.Roll);
+        if (!enabled[i]) choices.Ticked[i] = false;
+    }
+    // A ride keeps its place and size: the track templates measure it as it
+    // is. The boxes stay clickable; the next pass unticks them again.
+    if (trackTicked) {
+        choices.Centre = false;
+        choices.Scale = false;
+    }
+}
 
 int32_t CountCurves() {
     int32_t curves = 0;
