@@ -82,3 +82,10 @@ add_dependencies(win_tests potrace_standin)
 target_compile_definitions(win_tests PRIVATE
   POTRACE_STANDIN="$<TARGET_FILE:potrace_standin>"
   TRACER_PICTURES="${CMAKE_SOURCE_DIR}/tests/data/tracer")
+# The unpacked ZIP used as a new user would: its sample ride saved with every
+# ride show and trees.
+add_test(NAME package_installed_ride
+  COMMAND bash ${CMAKE_SOURCE_DIR}/tests/package/installed_ride.sh
+          ${CMAKE_BINARY_DIR}/package-check/unpacked/Quillmere-5.2.0.0/Quillmere.exe)
+set_tests_properties(package_installed_ride PROPERTIES DEPENDS package_contents RUN_SERIAL TRUE
+  TIMEOUT 300 ENVIRONMENT "QUILLMERE_WINEPREFIX=${CMAKE_BINARY_DIR}/wineprefix;QUILLMERE_OUTPUT=${CMAKE_BINARY_DIR}/e2e")
