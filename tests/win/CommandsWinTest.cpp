@@ -58,6 +58,7 @@ class CommandsWin : public ::testing::Test {
         TheMessageScript = &Messages;
         TheWebPageScript = &Pages;
         TheSettings = &Settings;
+        InstallModelHooks(); // as the start-up does before the model is made
         CreateSketch();
         CreateRecording();
         CreateView();
