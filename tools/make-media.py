@@ -195,16 +195,19 @@ def leaf(x, y):
 
 
 def about(x, y):
-    """The About picture, 680 x 420: white with a ribbon along the left; the
-    program writes its name, version and credit over the right."""
+    """The About picture, 680 x 420: a ribbon along the left on white; the
+    program writes its name, version and credit over the white right side."""
     c = (255, 255, 255)
     for k in range(3):
-        centre = 130 + 60 * math.sin(y / 420 * 2 * math.pi + k * 0.9) + k * 40
+        centre = 110 + 50 * math.sin(y / 420 * 2 * math.pi + k * 0.9) + k * 40
         d = abs(x - centre)
         if d < 14:
             shade = 1 - d / 14
             c = mix(c, [(70, 120, 200), (240, 150, 40), (90, 180, 110)][k], 0.35 + 0.5 * shade)
-    fade = min(1.0, y / 420)
+    # The right side, where the name, version and credit stand, stays white.
+    if x >= 280:
+        return (255, 255, 255, 255)
+    fade = min(1.0, y / 420) * (1 - x / 280)
     return mix(c, (240, 244, 250), fade * 0.5) + (255,)
 
 
