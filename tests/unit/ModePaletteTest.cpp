@@ -176,6 +176,9 @@ TEST(ModePalettePlacement, TheLoopRunsAtMostTenRounds) {
 // ---- Drawing
 
 TEST(ModePaletteDrawing, EachButtonDrawsItsSelectedOrUnselectedTile) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "reads the native recording surface";
+#endif
     MPicture only;
     ASSERT_TRUE(only.Allocate(64, 64, PictureBgra8));
     MPicture* tiles[PaletteTileCount] = {};
@@ -252,6 +255,9 @@ TEST_F(ModePaletteTest, AMissingSkinIsToldAndLeavesBlankButtonsThatWork) {
 }
 
 TEST_F(ModePaletteTest, ASkinOfOneNinetyOneGivesBlankButtonsAndNoMessage) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "reads the native recording surface";
+#endif
     Skin(191, 64);
     OpenMode();
     ASSERT_NE(TheModeDialog, nullptr);
@@ -298,6 +304,9 @@ TEST_F(ModePaletteTest, AClickInTheLowestRowGivesTheRollAndAtSixtyFourTheSketch)
 }
 
 TEST_F(ModePaletteTest, EveryModeChangeRepaintsThePalette) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "reads the native recording surface";
+#endif
     OpenMode();
     ASSERT_NE(TheModeDialog->Surface, nullptr);
     auto begins = [] {
@@ -322,6 +331,9 @@ TEST_F(ModePaletteTest, EveryModeChangeRepaintsThePalette) {
 }
 
 TEST_F(ModePaletteTest, AnElementAddedWhileDrawingRepaintsThePalette) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "reads the native recording surface";
+#endif
     CreateElement();
     OpenMode();
     MDrawSurface* surface = TheModeDialog->Surface;

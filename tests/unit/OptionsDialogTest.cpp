@@ -282,6 +282,9 @@ TEST_F(OptionsDialogTest, TheOptionsCommandAppliesTheDisplaySize) {
 }
 
 TEST_F(OptionsDialogTest, SwatchesAreDrawnBesideTheirLabelsOnTheButtonFace) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "reads the native recording surface";
+#endif
     static MDrawSurface* target = nullptr;
     MDrawSurface surface;
     target = &surface;

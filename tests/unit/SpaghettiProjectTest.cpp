@@ -12,6 +12,13 @@ using namespace spaghettitest;
 
 namespace {
 
+// The folder separator of the paths the program makes.
+#if defined(_WIN32)
+const char* const Separator = "\\";
+#else
+const char* const Separator = "/";
+#endif
+
 class SpaghettiProject : public SpaghettiFixture {
   protected:
     // A mask of 100 by 50 pixels (5 units a pixel) and three hand-made
@@ -240,7 +247,7 @@ TEST_F(SpaghettiProject, AMovedProjectFindsItsPictureBesideIt) {
     WriteFileBytes(path, TagLines(Path("original/logo.tga"), 17));
     Answer({path});
     Tool.OpenProject();
-    EXPECT_EQ(Bytes(Tool.PathBitmap), moved + "/logo.tga");
+    EXPECT_EQ(Bytes(Tool.PathBitmap), moved + Separator + "logo.tga");
     EXPECT_EQ(Messages.Count, 0);
 }
 
@@ -265,7 +272,8 @@ TEST_F(SpaghettiProject, APictureIsLookedForAmongTheProgramsPictures) {
     Answer({path});
     Tool.OpenProject();
     SetFolderOverride(FolderProgram, MString());
-    EXPECT_EQ(Bytes(Tool.PathBitmap), program + "/Media/Pictures/logo.tga");
+    EXPECT_EQ(Bytes(Tool.PathBitmap),
+              program + Separator + "Media" + Separator + "Pictures" + Separator + "logo.tga");
     EXPECT_EQ(Messages.Count, 1); // only the warning about transparency
     EXPECT_EQ(Bytes(MessageTexts[0]), "Warning: this picture has no transparent pixels");
 }
