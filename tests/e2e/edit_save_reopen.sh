@@ -22,6 +22,9 @@ rm -f "$saved"
 start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
+# The strokes and clicks are read from the screen: no tool window stands
+# over the drawing area.
+close_tool_windows
 
 draw_stroke "${first[@]}"
 expect_title "Quillmere - Untitled * (2 points) [DRAW FREEHAND]"

@@ -219,6 +219,19 @@ palette_shown() {
   return 1
 }
 
+# Closes the three tool windows with F7, F8 and F9, for a journey about the
+# drawing area alone, and gives the main window the keyboard back.
+close_tool_windows() {
+  press F7 F8 F9
+  local waited=0
+  while [ -n "$(tool_windows)" ] || palette_shown; do
+    [ "$waited" -ge 100 ] && fail "the tool windows did not close"
+    sleep 0.1
+    waited=$((waited + 1))
+  done
+  activate_main_window
+}
+
 # A left click at client pixels of a tool window (after wait_for_palette).
 click_in() { # window x y
   xdotool mousemove --window "$1" $(($2 + FRAME_LEFT)) $(($3 + FRAME_TOP)) || fail "mousemove failed"

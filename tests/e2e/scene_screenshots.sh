@@ -186,6 +186,8 @@ PYTHON
 start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
+# The frames are read from the screen: no tool window stands over them.
+close_tool_windows
 
 # ---- 1. A stroke in the draw mode: black along the path, nothing else.
 draw_stroke "${samples[@]}"
