@@ -19,12 +19,12 @@ second=(550 600 600 600 643 575 668 532 668 482 643 438 600 413)
 saved=$OUT/journey.eps
 rm -f "$saved"
 
+# The strokes and clicks are read from the screen: no tool window stands
+# over the drawing area.
+settings_without_tool_windows
 start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
-# The strokes and clicks are read from the screen: no tool window stands
-# over the drawing area.
-close_tool_windows
 
 draw_stroke "${first[@]}"
 expect_title "Quillmere - Untitled * (2 points) [DRAW FREEHAND]"

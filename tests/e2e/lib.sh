@@ -219,17 +219,17 @@ palette_shown() {
   return 1
 }
 
-# Closes the three tool windows with F7, F8 and F9, for a journey about the
-# drawing area alone, and gives the main window the keyboard back.
-close_tool_windows() {
-  press F7 F8 F9
-  local waited=0
-  while [ -n "$(tool_windows)" ] || palette_shown; do
-    [ "$waited" -ge 100 ] && fail "the tool windows did not close"
-    sleep 0.1
-    waited=$((waited + 1))
-  done
-  activate_main_window
+# For a journey about the drawing area alone: a first start writes the
+# settings file, which is then told that the three tool windows are closed,
+# so that the next start shows none of them.
+settings_without_tool_windows() {
+  start_quillmere
+  wait_for_main_window 60
+  close_with_alt_f4
+  expect_exit_code 0 30
+  settings_set ShowWindow_Point N
+  settings_set ShowWindow_Element N
+  settings_set ShowWindow_Mode N
 }
 
 # A left click at client pixels of a tool window (after wait_for_palette).

@@ -183,11 +183,11 @@ def label_ink(pixel_of):
     return (min(xs), max(xs), min(ys), max(ys)), ink
 PYTHON
 
+# The frames are read from the screen: no tool window stands over them.
+settings_without_tool_windows
 start_quillmere
 wait_for_main_window 60
 expect_title "Quillmere - Untitled (0 points) [DRAW FREEHAND]"
-# The frames are read from the screen: no tool window stands over them.
-close_tool_windows
 
 # ---- 1. A stroke in the draw mode: black along the path, nothing else.
 draw_stroke "${samples[@]}"

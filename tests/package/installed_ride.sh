@@ -3,9 +3,10 @@
 # program from there, with no settings file. At the first close the program
 # writes its settings; the user's choices of an earlier save (every ride
 # template and trees of the fir kind) are then ticked in that file. The user
-# opens the sample ride of media\Samples, saves it with Ctrl+S through the
-# file prompt (a nameless sketch goes straight to it), and beside the EPS file come the six ride
-# shows and the four track files; every file a show names exists.
+# opens the sample ride of media\Samples and saves it with Ctrl+S through
+# the file prompt (a nameless sketch goes straight to it). Beside the EPS
+# file come the six ride shows and the four track files; every file a show
+# names exists.
 # Usage: installed_ride.sh UNPACKED_QUILLMERE_EXE
 source "$(dirname "${BASH_SOURCE[0]}")/../e2e/lib.sh"
 e2e_begin "$@"
