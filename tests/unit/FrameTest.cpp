@@ -1,6 +1,6 @@
 // One frame of the main window against the native surface, which records
 // what it is asked to do. The same frame against Direct2D and a real window
-// is tested in tests/win/MainWindowWinTest.cpp.
+// is tested in tests/win/WindowWinTest.cpp.
 
 #if !defined(_WIN32)
 

@@ -4,6 +4,7 @@
 // quoted files all exist, head and layers as a show has them.
 
 #include "ScratchFolder.h"
+#include "ShowTestSupport.h"
 
 #include "elements/WElement.h"
 #include "eps/EpsWriter.h"
@@ -25,12 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path Rooted(std::string folder) {
-#ifdef _WIN32
-    if (!folder.empty() && folder[0] == '/') folder = "Z:" + folder;
-#endif
-    return fs::path(folder);
-}
+using showtest::Rooted;
 
 fs::path Media() {
     return Rooted(TEST_SOURCE_DIR) / "media";
@@ -82,52 +78,22 @@ bool Exists(const std::string& path) {
     return PathExists(MString(std::u16string(path.begin(), path.end()).c_str()));
 }
 
-class MediaFolder : public ::testing::Test {
+class MediaFolder : public ::testing::Test, protected showtest::ShowGround {
   protected:
-    WSettings Settings;
-    WSettings* SavedSettings = nullptr;
-    fs::path Program, Saves;
-    uint32_t Seed = 77;
-    MString Texts[16];
-    MessageIcon Icons[16] = {};
-    MessageScript Script;
-
     void SetUp() override {
-        if (TheSketch) DestroySketch();
-        ASSERT_NE(CreateSketch(), nullptr);
+        Open("media", 77);
         if (!TheElement) {
             ASSERT_NE(CreateElement(), nullptr);
         }
-        SavedSettings = TheSettings;
-        TheSettings = &Settings;
-        for (bool& ticked : Settings.Template)
-            ticked = false;
-        std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
         // The program folder as installed: media/ beside the program. The
         // program names "Media\..." and "media\skins\..."; a case-sensitive
         // file system gets both spellings.
-        Program = scratch::Fresh("media-program-" + name);
         auto copy = fs::copy_options::recursive | fs::copy_options::overwrite_existing;
         fs::copy(Media(), Program / "media", copy);
         if (!fs::exists(Program / "Media" / "Templates"))
             fs::copy(Media(), Program / "Media", copy);
-        Saves = scratch::Fresh("media-saves-" + name);
-        SetFolderOverride(FolderProgram, scratch::Text(Program));
-        TheShowSeedOverride = &Seed;
-        Script.Texts = Texts;
-        Script.Icons = Icons;
-        Script.Capacity = 16;
-        TheMessageScript = &Script;
     }
-    void TearDown() override {
-        TheMessageScript = nullptr;
-        TheShowSeedOverride = nullptr;
-        SetFolderOverride(FolderProgram, MString());
-        TheSettings = SavedSettings;
-        DestroySketch();
-        scratch::Remove(Program);
-        scratch::Remove(Saves);
-    }
+    void TearDown() override { Close(); }
     std::string Messages() {
         std::string all;
         for (int32_t i = 0; i < Script.Count && i < Script.Capacity; i++)

@@ -5,6 +5,7 @@
 // scratch program folder.
 
 #include "ScratchFolder.h"
+#include "ShowTestSupport.h"
 #include "TrackTestSupport.h"
 
 #include "foundation/Folders.h"
@@ -22,12 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path Rooted(std::string folder) {
-#ifdef _WIN32
-    if (!folder.empty() && folder[0] == '/') folder = "Z:" + folder;
-#endif
-    return fs::path(folder);
-}
+using showtest::Rooted;
 
 fs::path TestTemplates() {
     return Rooted(TEST_SOURCE_DIR) / "tests" / "data" / "shows";
@@ -58,47 +54,17 @@ std::string ShowBytes(const std::u16string& text) {
 
 const char* const Ride = "Rollercoaster1stPerson.cnd";
 
-class WriteShows : public ::testing::Test {
+class WriteShows : public ::testing::Test, protected showtest::ShowGround {
   protected:
-    WSettings Settings;
-    WSettings* SavedSettings = nullptr;
-    fs::path Program, Saves;
-    uint32_t Seed = 4242;
-    MString Texts[8];
-    MessageIcon Icons[8] = {};
-    MessageScript Script;
-
     void SetUp() override {
-        if (TheSketch) DestroySketch();
-        ASSERT_NE(CreateSketch(), nullptr);
-        SavedSettings = TheSettings;
-        TheSettings = &Settings;
-        for (bool& ticked : Settings.Template)
-            ticked = false;
+        Open("shows", 4242);
         Settings.Smooth = 0;
         Settings.MaxLinesPerCurve = 100;
         Settings.TreeType = 5;
         Settings.SaveSolid = false;
-        std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-        Program = scratch::Fresh("shows-program-" + name);
         fs::copy(TestTemplates() / "Media", Program / "Media", fs::copy_options::recursive);
-        Saves = scratch::Fresh("shows-saves-" + name);
-        SetFolderOverride(FolderProgram, scratch::Text(Program));
-        TheShowSeedOverride = &Seed;
-        Script.Texts = Texts;
-        Script.Icons = Icons;
-        Script.Capacity = 8;
-        TheMessageScript = &Script;
     }
-    void TearDown() override {
-        TheMessageScript = nullptr;
-        TheShowSeedOverride = nullptr;
-        SetFolderOverride(FolderProgram, MString());
-        TheSettings = SavedSettings;
-        DestroySketch();
-        scratch::Remove(Program);
-        scratch::Remove(Saves);
-    }
+    void TearDown() override { Close(); }
 
     MString Eps(const char* name = "ride.eps") { return scratch::Text(Saves / name); }
     std::string Native(const fs::path& path) { return Narrowed(scratch::Text(path)); }

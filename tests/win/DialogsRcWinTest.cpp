@@ -186,7 +186,7 @@ void CheckControl(HWND dialog, const ControlRow& row) {
 
 } // namespace
 
-TEST(DialogTemplatesWin, EveryTemplateHasItsTitleSizeAndControls) {
+TEST(DialogsRcWin, EveryTemplateHasItsTitleSizeAndControls) {
     InitDialogs();
     WDialogHandler none;
     for (const TemplateRow& row : Templates) {
@@ -208,14 +208,14 @@ TEST(DialogTemplatesWin, EveryTemplateHasItsTitleSizeAndControls) {
     }
 }
 
-TEST(DialogTemplatesWin, IdsThatRepeatAcrossDialogsHaveOneValue) {
+TEST(DialogsRcWin, IdsThatRepeatAcrossDialogsHaveOneValue) {
     EXPECT_EQ(IDC_SAVE_SCALE, IDC_SPAGHETTI_SAVEAS);
     EXPECT_EQ(IDC_ELEMENT_DESCRIPTION, IDC_OPTIONS_TRACER);
     EXPECT_EQ(IDC_SAVE_COASTER3RD, IDC_OPTIONS_INFO);
     EXPECT_EQ(IDC_SAVE_CENTRE, IDC_OPTIONS_SHOWHELPTEXTS);
 }
 
-TEST(DialogTemplatesWin, TheModePaletteHasNoControls) {
+TEST(DialogsRcWin, TheModePaletteHasNoControls) {
     WDialogHandler none;
     HWND dialog = static_cast<HWND>(CreateModelessDialog(IDD_MODE, nullptr, none));
     ASSERT_NE(dialog, nullptr);
@@ -227,7 +227,7 @@ TEST(DialogTemplatesWin, TheModePaletteHasNoControls) {
 
 // The ground's control calls on a real dialog, and the user's steps as the
 // controls report them back.
-TEST(DialogTemplatesWin, ControlCallsAndStepsOnARealDialog) {
+TEST(DialogsRcWin, ControlCallsAndStepsOnARealDialog) {
     struct Seen {
         int Commands = 0;
         int LastId = 0, LastNotify = -1;

@@ -82,7 +82,7 @@ void CollectCommands(HMENU menu, std::set<UINT>& ids, int& count) {
 
 } // namespace
 
-TEST(ResourcesWin, MenuHoldsEveryCommandWithItsText) {
+TEST(QuillmereRcWin, MenuHoldsEveryCommandWithItsText) {
     HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(109));
     ASSERT_NE(menu, nullptr);
     for (const MenuRow& row : MenuRows)
@@ -104,7 +104,7 @@ TEST(ResourcesWin, MenuHoldsEveryCommandWithItsText) {
     DestroyMenu(menu);
 }
 
-TEST(ResourcesWin, ResourceNamesMatchTheMenuNumbers) {
+TEST(QuillmereRcWin, ResourceNamesMatchTheMenuNumbers) {
     EXPECT_EQ(IDM_NEW, 32798);
     EXPECT_EQ(IDM_EXIT, 105);
     EXPECT_EQ(IDM_ABOUT, 104);
@@ -114,7 +114,7 @@ TEST(ResourcesWin, ResourceNamesMatchTheMenuNumbers) {
     EXPECT_EQ(IDR_ACCELERATORS, 129);
 }
 
-TEST(ResourcesWin, AcceleratorsAreTheShortcutsOfTheCommands) {
+TEST(QuillmereRcWin, AcceleratorsAreTheShortcutsOfTheCommands) {
     HACCEL table = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(129));
     ASSERT_NE(table, nullptr);
     ACCEL entries[64];
@@ -138,7 +138,7 @@ TEST(ResourcesWin, AcceleratorsAreTheShortcutsOfTheCommands) {
     DestroyAcceleratorTable(table);
 }
 
-TEST(ResourcesWin, IconLoadsBigAndSmall) {
+TEST(QuillmereRcWin, IconLoadsBigAndSmall) {
     for (int size : {16, 32, 48}) {
         HICON icon = static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(107),
                                                    IMAGE_ICON, size, size, 0));
@@ -155,7 +155,7 @@ TEST(ResourcesWin, IconLoadsBigAndSmall) {
     }
 }
 
-TEST(ResourcesWin, VersionIs5200) {
+TEST(QuillmereRcWin, VersionIs5200) {
     wchar_t path[MAX_PATH];
     ASSERT_GT(GetModuleFileNameW(nullptr, path, MAX_PATH), 0u);
     DWORD ignored = 0;
@@ -178,7 +178,7 @@ TEST(ResourcesWin, VersionIs5200) {
     EXPECT_STREQ(text, L"Quillmere");
 }
 
-TEST(ResourcesWin, ManifestAsksForCommonControls6) {
+TEST(QuillmereRcWin, ManifestAsksForCommonControls6) {
     HMODULE module = GetModuleHandleW(nullptr);
     HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24)); // RT_MANIFEST
     ASSERT_NE(found, nullptr);

@@ -56,7 +56,7 @@ std::string ReadAll(const std::string& path) {
     return text.str();
 }
 
-class TraceExternalWin : public ::testing::Test {
+class TraceFlowWin : public ::testing::Test {
   protected:
     WSettings Settings;
     MessageScript Messages;
@@ -98,7 +98,7 @@ class TraceExternalWin : public ::testing::Test {
 
 } // namespace
 
-TEST_F(TraceExternalWin, StandInIsRunWithTheCommandAndItsOutputLoaded) {
+TEST_F(TraceFlowWin, StandInIsRunWithTheCommandAndItsOutputLoaded) {
     Settings.ExternalTracer = Wide(StandIn);
     MString picture = Wide(WinePath(TRACER_PICTURES "/logo.png"));
     ASSERT_TRUE(TraceExternal(picture));
@@ -131,7 +131,7 @@ TEST_F(TraceExternalWin, StandInIsRunWithTheCommandAndItsOutputLoaded) {
     EXPECT_EQ(ReadPixel(given.PixelAddress(2, 2), given.Format).g, 255);
 }
 
-TEST_F(TraceExternalWin, RefusedCommandStartsNothing) {
+TEST_F(TraceFlowWin, RefusedCommandStartsNothing) {
     std::string marker = Narrow(scratch::Text(Folder / "marker.txt"));
     EXPECT_FALSE(RunCommand(Wide("del \"" + marker + "\" & echo x > \"" + marker + "\"")));
     EXPECT_FALSE(PathExists(Wide(marker)));

@@ -57,7 +57,7 @@ void Click(HWND dialog, int id) {
     SendMessageW(GetDlgItem(dialog, id), BM_CLICK, 0, 0);
 }
 
-class ModalDialogsWin : public ::testing::Test {
+class DialogWin : public ::testing::Test {
   protected:
     WSettings Settings;
     WSettings* SavedSettings = nullptr;
@@ -89,7 +89,7 @@ class ModalDialogsWin : public ::testing::Test {
 
 } // namespace
 
-TEST_F(ModalDialogsWin, SaveDialogStateAfterClicks) {
+TEST_F(DialogWin, SaveDialogStateAfterClicks) {
     Settings.SaveRoll = true;
     WithinDialog(
         &TheSaveDialog,
@@ -138,7 +138,7 @@ TEST_F(ModalDialogsWin, SaveDialogStateAfterClicks) {
     EXPECT_FALSE(Settings.Centre);
 }
 
-TEST_F(ModalDialogsWin, SaveDialogCancelAndCloseBoxChangeNothing) {
+TEST_F(DialogWin, SaveDialogCancelAndCloseBoxChangeNothing) {
     WithinDialog(
         &TheSaveDialog,
         [](HWND dialog) {
@@ -158,7 +158,7 @@ TEST_F(ModalDialogsWin, SaveDialogCancelAndCloseBoxChangeNothing) {
     EXPECT_EQ(Settings.Smooth, 200);
 }
 
-TEST_F(ModalDialogsWin, OptionsFieldsSwatchesAndOk) {
+TEST_F(DialogWin, OptionsFieldsSwatchesAndOk) {
     Settings.ColourGrid.r = 10;
     Settings.ColourGrid.g = 200;
     Settings.ColourGrid.b = 30;
@@ -192,7 +192,7 @@ TEST_F(ModalDialogsWin, OptionsFieldsSwatchesAndOk) {
     EXPECT_FALSE(Settings.ShowHelpTexts);
 }
 
-TEST_F(ModalDialogsWin, OptionsResetAllThenCancelKeepsTheDefaults) {
+TEST_F(DialogWin, OptionsResetAllThenCancelKeepsTheDefaults) {
     Settings.PenSize = 7;
     WithinDialog(
         &TheOptionsDialog,
@@ -205,7 +205,7 @@ TEST_F(ModalDialogsWin, OptionsResetAllThenCancelKeepsTheDefaults) {
     EXPECT_EQ(Settings.PenSize, 2);
 }
 
-TEST_F(ModalDialogsWin, AboutIsSizedItsButtonPlacedAndAClickEndsIt) {
+TEST_F(DialogWin, AboutIsSizedItsButtonPlacedAndAClickEndsIt) {
     WithinDialog(
         &TheAboutDialog,
         [](HWND dialog) {

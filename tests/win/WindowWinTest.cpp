@@ -27,7 +27,7 @@ LRESULT CALLBACK CountingProc(HWND window, UINT message, WPARAM wParam, LPARAM l
 
 const wchar_t* const TestClass = L"QuillmereWinTest";
 
-class MainWindowWin : public ::testing::Test {
+class WindowWin : public ::testing::Test {
   protected:
     HWND Window = nullptr;
     bool QuitSeen = false;
@@ -107,7 +107,7 @@ MString WindowTitle(HWND window) {
 
 } // namespace
 
-TEST_F(MainWindowWin, RefreshTitleSetsTheWindowTextOnlyWhenItChanges) {
+TEST_F(WindowWin, RefreshTitleSetsTheWindowTextOnlyWhenItChanges) {
     RefreshTitle();
     EXPECT_EQ(WindowTitle(Window), MString(u"Quillmere - Untitled (0 points) [DRAW FREEHAND]"));
     EXPECT_EQ(MainWindowText(), MString(u"Quillmere - Untitled (0 points) [DRAW FREEHAND]"));
@@ -121,7 +121,7 @@ TEST_F(MainWindowWin, RefreshTitleSetsTheWindowTextOnlyWhenItChanges) {
     EXPECT_EQ(WindowTitle(Window), MString(u"Quillmere - Untitled (0 points) [EDIT ROLL]"));
 }
 
-TEST_F(MainWindowWin, MenuStateReachesTheMenuItems) {
+TEST_F(WindowWin, MenuStateReachesTheMenuItems) {
     HMENU menu = GetMenu(Window);
     ASSERT_NE(menu, nullptr);
     WMenuState state;
@@ -164,7 +164,7 @@ TEST_F(MainWindowWin, MenuStateReachesTheMenuItems) {
     EXPECT_TRUE(grayed(IDM_REDO));
 }
 
-TEST_F(MainWindowWin, ClientSizeIsTheWindowsClientRectangle) {
+TEST_F(WindowWin, ClientSizeIsTheWindowsClientRectangle) {
     int width = 0, height = 0;
     ClientSize(width, height);
     int32_t got_width = -1, got_height = -1;
@@ -174,14 +174,14 @@ TEST_F(MainWindowWin, ClientSizeIsTheWindowsClientRectangle) {
     EXPECT_GT(width, 300);
 }
 
-TEST_F(MainWindowWin, PaintOnlyValidates) {
+TEST_F(WindowWin, PaintOnlyValidates) {
     InvalidateRect(Window, nullptr, FALSE);
     EXPECT_TRUE(GetUpdateRect(Window, nullptr, FALSE));
     UpdateWindow(Window);
     EXPECT_FALSE(GetUpdateRect(Window, nullptr, FALSE));
 }
 
-TEST_F(MainWindowWin, ExitCommandClosesTheWindowAndQuitsWithZero) {
+TEST_F(WindowWin, ExitCommandClosesTheWindowAndQuitsWithZero) {
     StartDebugCapture();
     SendMessageW(Window, WM_COMMAND, MAKEWPARAM(IDM_EXIT, 0), 0);
     MString lines = StopDebugCapture();
@@ -193,7 +193,7 @@ TEST_F(MainWindowWin, ExitCommandClosesTheWindowAndQuitsWithZero) {
     EXPECT_EQ(QuitCode, 0u);
 }
 
-TEST_F(MainWindowWin, CloseDestroysTheWindowAndQuitsWithZero) {
+TEST_F(WindowWin, CloseDestroysTheWindowAndQuitsWithZero) {
     SendMessageW(Window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsWindow(Window));
     Pump();
@@ -201,7 +201,7 @@ TEST_F(MainWindowWin, CloseDestroysTheWindowAndQuitsWithZero) {
     EXPECT_EQ(QuitCode, 0u);
 }
 
-TEST_F(MainWindowWin, FrameMakesOneSurfaceOfTheClientSizeAndKeepsIt) {
+TEST_F(WindowWin, FrameMakesOneSurfaceOfTheClientSizeAndKeepsIt) {
     int width = 0, height = 0;
     ClientSize(width, height);
     StartDebugCapture();
@@ -218,7 +218,7 @@ TEST_F(MainWindowWin, FrameMakesOneSurfaceOfTheClientSizeAndKeepsIt) {
     EXPECT_EQ(StopDebugCapture(), MString(u"MDrawSurface created\n"));
 }
 
-TEST_F(MainWindowWin, FrameRemakesTheSurfaceAfterASizeChange) {
+TEST_F(WindowWin, FrameRemakesTheSurfaceAfterASizeChange) {
     DrawFrame();
     ASSERT_NE(TheSurface, nullptr);
     SetWindowPos(Window, nullptr, 0, 0, 500, 300, SWP_NOMOVE | SWP_NOZORDER);
@@ -233,7 +233,7 @@ TEST_F(MainWindowWin, FrameRemakesTheSurfaceAfterASizeChange) {
     EXPECT_EQ(TheSurface->Height(), height);
 }
 
-TEST_F(MainWindowWin, MinimisedWindowDrawsNothingAndKeepsItsSurface) {
+TEST_F(WindowWin, MinimisedWindowDrawsNothingAndKeepsItsSurface) {
     DrawFrame();
     ASSERT_NE(TheSurface, nullptr);
     int width = 0, height = 0;
@@ -257,7 +257,7 @@ TEST_F(MainWindowWin, MinimisedWindowDrawsNothingAndKeepsItsSurface) {
     EXPECT_EQ(StopDebugCapture(), MString()) << "restored to the same size, the surface stays";
 }
 
-TEST_F(MainWindowWin, FrameClearsTheClientAreaWhite) {
+TEST_F(WindowWin, FrameClearsTheClientAreaWhite) {
     int width = 0, height = 0;
     ClientSize(width, height);
     EXPECT_EQ(ScreenPixelAtClient(width / 2, height / 2), RGB(0, 0, 0))
