@@ -482,6 +482,13 @@ bool OnLine(const MPoint3& a, const MPoint3& b, const MPoint3& p) {
     return DistanceToLine3(a, b, p) < 1e-3f + size * 1e-5f;
 }
 
+// a and b meet as the clean-up sees it: each coordinate apart by less than
+// its threshold, loosened by the rounding of the file's six decimals.
+bool Meet(const MPoint3& a, const MPoint3& b) {
+    return std::fabs(a.x - b.x) < 1e-4f && std::fabs(a.y - b.y) < 1e-4f &&
+           std::fabs(a.z - b.z) < 1e-4f;
+}
+
 // Every difference is collected first: a sketch near a threshold may
 // differ after its reload, and is then counted as compared loosely; any
 // other difference is a failure.
@@ -503,9 +510,17 @@ void CompareReload(const std::vector<WSketchPoint>& saved, bool flatWithoutRoll,
             while (at < expected.size() &&
                    !SameToSixDecimals(Flattened(expected[at].Position, flatWithoutRoll, flatZ),
                                       s.Points[i].Position)) {
-                bool middle = expected[at].Kind == KindLine && at > 0 && at + 1 < expected.size() &&
-                              OnLine(expected[at - 1].Position, expected[at + 1].Position,
-                                     expected[at].Position);
+                // The clean-up measures against the neighbours left after
+                // its earlier removals, and takes a line between two points
+                // that meet as of no length: every point lies on it.
+                bool middle = false;
+                if (expected[at].Kind == KindLine && at > 0 && at + 1 < expected.size()) {
+                    const MPoint3& p = expected[at].Position;
+                    const MPoint3& before = expected[at - 1].Position;
+                    const MPoint3& after = expected[at + 1].Position;
+                    middle = OnLine(before, after, p) || Meet(before, after) ||
+                             (i > 0 && OnLine(s.Points[i - 1].Position, s.Points[i].Position, p));
+                }
                 if (!middle)
                     problems.push_back("saved record " + std::to_string(at) + " at " +
                                        Describe(expected[at].Position) +
