@@ -106,7 +106,7 @@ int main(int argc, char** argv) {
             [&] {
                 WTracer tracer;
                 tracer.Detail = 2;
-                tracer.ClearWholeMaps = true;
+                tracer.Straightforward = true;
                 if (tracer.Load(png)) tracer.Trace();
             },
             1);

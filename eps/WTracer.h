@@ -60,13 +60,17 @@ struct WTracer {
     MVector<WTracePoint> Seeds;       // fill starts of one outline; 2000 from the start
     int32_t ExtentX = 0, ExtentY = 0; // the result's size in cells, for callers
 
-    // ---- Not part of the result: the bookkeeping of the faster clearing.
-    // Cells of Visited set by the outline in hand, so that clearing it and
-    // wiping the shape touch only those. With ClearWholeMaps the whole map is
-    // cleared and scanned each time instead, which gives the same outlines.
-    MVector<int32_t> Touched;
-    int32_t TouchedCount = 0;
-    bool ClearWholeMaps = false;
+    // ---- Not part of the result: scratch of the faster way. The rows of
+    // Visited that the outline in hand has set, each as the span of its
+    // leftmost to its rightmost set cell, so that clearing the map and wiping
+    // the shape touch only those rows and columns. The fill's stack is kept
+    // from outline to outline. With Straightforward the whole maps are cleared
+    // and scanned each time and every simplification pass starts again at the
+    // first point instead, which gives the same outlines, only slower.
+    MVector<int32_t> SpanLeft, SpanRight; // per row; left > right when the row has none
+    int32_t SpanTop = 0, SpanBottom = -1; // rows that may hold a span
+    MVector<WTracePoint> FillStack;
+    bool Straightforward = false;
 
     WTracer();
     ~WTracer();
@@ -89,7 +93,13 @@ struct WTracer {
     bool Search();
     bool Follow();
     bool Simplify(WTraceOutline& outline, int32_t window, float tolerance) const;
+    // Simplify with the starts before from known to fail: those whose whole
+    // window lies before the last cut are passed over. After a cut, from
+    // becomes the first start that the cut may have changed.
+    bool SimplifyFrom(WTraceOutline& outline, int32_t window, float tolerance, int32_t& from) const;
     void Fill(WTracePoint seed);
+    void Visit(int32_t x, int32_t y);
+    template <typename Body> void ForSpans(Body body);
     void TraceSmall();
     void FreeOutlines();
 };

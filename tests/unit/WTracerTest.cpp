@@ -507,7 +507,7 @@ TEST(WTracerTest, TouchedClearingGivesTheSameOutlinesAsWholeMaps) {
     MPicture picture;
     Draw(picture, 80, 80, boxes);
     WTracer fast, plain;
-    plain.ClearWholeMaps = true;
+    plain.Straightforward = true;
     Trace(fast, picture);
     Trace(plain, picture);
     ASSERT_EQ(fast.OutlineCount, plain.OutlineCount);
