@@ -523,3 +523,36 @@ TEST(WTracerTest, TouchedClearingGivesTheSameOutlinesAsWholeMaps) {
     for (int32_t i = 0; i < fast.Mask.Count; i++)
         ASSERT_EQ(fast.Mask[i], plain.Mask[i]) << i;
 }
+
+// Text drawn by ImageMagick, straight and turned, with a large glyph: many
+// outlines with holes, dots and slanted edges, traced at every detail level
+// the faster way and the straightforward way, outline for outline.
+TEST(WTracerTest, FasterWayTracesTextAsTheStraightforwardWay) {
+    MPicture picture;
+    MString path;
+    path.AssignNarrow((std::string(TEST_SOURCE_DIR) + "/tests/data/tracer/text.png").c_str(),
+                      65001);
+    ASSERT_TRUE(picture.Load(path));
+    ASSERT_EQ(picture.Width, 480u);
+    for (uint32_t detail = 0; detail < 4; detail++) {
+        WTracer fast, plain;
+        fast.Detail = plain.Detail = detail;
+        plain.Straightforward = true;
+        ASSERT_TRUE(fast.LoadPicture(picture));
+        ASSERT_TRUE(plain.LoadPicture(picture));
+        fast.Trace();
+        plain.Trace();
+        ASSERT_EQ(fast.OutlineCount, plain.OutlineCount) << detail;
+        int present = 0;
+        for (int32_t i = 0; i < fast.OutlineCount; i++) {
+            ASSERT_EQ(fast.Outlines[i] == nullptr, plain.Outlines[i] == nullptr) << i;
+            if (!fast.Outlines[i]) continue;
+            present++;
+            EXPECT_EQ(fast.Outlines[i]->Closed, plain.Outlines[i]->Closed) << i;
+            ASSERT_EQ(Points(*fast.Outlines[i]), Points(*plain.Outlines[i])) << detail << " " << i;
+        }
+        EXPECT_GT(present, 150) << detail;
+        for (int32_t i = 0; i < fast.Mask.Count; i++)
+            ASSERT_EQ(fast.Mask[i], plain.Mask[i]) << i;
+    }
+}
