@@ -143,7 +143,22 @@ void JpegQuiet(j_common_ptr) {}
 struct JpegSource {
     jpeg_decompress_struct Info;
     JpegError Error;
+    jpeg_progress_mgr Progress;
 };
+
+// A progressive file goes over the whole picture once per scan, so a file of
+// a few hundred bytes declaring a large picture and holding many scans keeps
+// the decoder busy out of all proportion to its size. Files that real
+// encoders write hold up to a few dozen scans; past this many the file is
+// refused. A truncated file stops at its end, with the scans it holds, and
+// loads as before.
+enum { JpegScanLimit = 100 };
+
+void JpegProgress(j_common_ptr common) {
+    if (!common->is_decompressor) return;
+    j_decompress_ptr info = reinterpret_cast<j_decompress_ptr>(common);
+    if (info->input_scan_number > JpegScanLimit) JpegFail(common);
+}
 
 // Gray stays 8-bit gray, colour becomes BGR, and CMYK goes through to BGRA as
 // the Windows decoder's CMYK frames are converted.
@@ -158,6 +173,8 @@ bool DecodeJpeg(MPicture& picture, JpegSource& jpeg, const uint8_t* data, size_t
         return false;
     }
     jpeg_create_decompress(&info);
+    jpeg.Progress.progress_monitor = JpegProgress;
+    info.progress = &jpeg.Progress;
     jpeg_mem_src(&info, data, static_cast<unsigned long>(size));
     jpeg_read_header(&info, TRUE);
     bool cmyk = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
