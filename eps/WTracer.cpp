@@ -7,6 +7,7 @@
 #include "drawing/MPicture.h"
 #include "eps/MOutlineBuilder.h"
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -47,6 +48,33 @@ bool ScaleDownLargePicture(MPicture& picture) {
 bool RowsHoldWidth(const MPicture& picture) {
     int32_t bytes = PictureBytesPerPixel(picture.Format);
     return (bytes != 3 && bytes != 4) || uint64_t(picture.Pitch) >= uint64_t(bytes) * picture.Width;
+}
+
+// ---- Byte maps
+
+WTracerMap::~WTracerMap() {
+    std::free(Data);
+}
+
+bool WTracerMap::SetCount(int32_t count) {
+    if (count == Count) return true;
+    uint8_t* block = nullptr;
+    if (count > 0) {
+        block = static_cast<uint8_t*>(AllocatePictureBlock(uint64_t(count)));
+        if (!block) {
+            std::free(Data);
+            Data = nullptr;
+            Count = 0;
+            return false;
+        }
+        int32_t keep = Count < count ? Count : count;
+        if (keep > 0) std::memcpy(block, Data, size_t(keep));
+        std::memset(block + keep, 0, size_t(count - keep));
+    }
+    std::free(Data);
+    Data = block;
+    Count = count > 0 ? count : 0;
+    return true;
 }
 
 // ---- Outlines
@@ -119,24 +147,25 @@ bool WTracer::LoadPicture(const MPicture& picture) {
         AllOutside = false;
         return true;
     }
-    bool anyInside = false, anyOutside = false;
+    // The or and the and of all cells tell whether any is inside and whether
+    // all are; kept branch-free, the loops go many pixels at a time.
+    uint8_t any = 0, all = 1;
     for (int32_t y = 0; y < height; y++) {
         uint8_t* row = &Mask[(y + 1) * Width + 1];
         if (picture.Format == PictureBgra8) {
             const uint8_t* alpha = picture.Pixels + uint64_t(y) * picture.Pitch + 3;
             for (int32_t x = 0; x < width; x++)
-                row[x] = alpha[4 * x] >= 128 ? 1 : 0;
+                row[x] = alpha[4 * x] >> 7; // 1 for an alpha of 128 or over
         } else {
             for (int32_t x = 0; x < width; x++)
                 row[x] = ReadPixel(picture.PixelAddress(x, y), picture.Format).a >= 128 ? 1 : 0;
         }
         for (int32_t x = 0; x < width; x++) {
-            if (row[x])
-                anyInside = true;
-            else
-                anyOutside = true;
+            any |= row[x];
+            all &= row[x];
         }
     }
+    bool anyInside = any != 0, anyOutside = all == 0;
     AllOutside = !anyInside;
     AllInside = !anyOutside;
     if (AllOutside || AllInside) std::memset(Mask.Data, 0, size_t(cells));
@@ -242,8 +271,43 @@ void WTracer::Despeckle() {
 
 // Down each column from where the last search stopped. The cell found is
 // kept, and tested again next time: by then its outline has been wiped.
+// Mask cells hold 0 or 1, so a cell differs from its right neighbour where
+// their exclusive or is 1. Past the first column the columns are taken
+// eight at a time, one eight-byte exclusive or per row: the first column of
+// the eight with a difference, at the first row it has one, is the cell
+// that the search column by column would find.
 bool WTracer::Search() {
-    for (int32_t x = SearchX; x <= Width - 2; x++) {
+    auto found = [this](int32_t x, int32_t y) {
+        Direction = Mask[y * Width + x] ? 0 : 2;
+        SearchX = x;
+        SearchY = y;
+        return true;
+    };
+    int32_t x = SearchX;
+    if (x <= Width - 2 && !Straightforward) {
+        for (int32_t y = SearchY; y <= Height - 2; y++)
+            if (Mask[y * Width + x] != Mask[y * Width + x + 1]) return found(x, y);
+        for (x++; x + 8 <= Width - 1; x += 8) {
+            uint64_t candidates = ~uint64_t(0); // bytes of the columns still in question
+            int32_t bestColumn = 8, bestRow = 0;
+            for (int32_t y = 1; y <= Height - 2 && candidates; y++) {
+                uint64_t here, right;
+                std::memcpy(&here, &Mask[y * Width + x], 8);
+                std::memcpy(&right, &Mask[y * Width + x + 1], 8);
+                uint64_t differ = (here ^ right) & candidates;
+                if (!differ) continue;
+                // The lowest byte in memory is the leftmost column.
+                int32_t column = 0;
+                while (!((differ >> (8 * column)) & 0xff))
+                    column++;
+                bestColumn = column;
+                bestRow = y;
+                candidates = column == 0 ? 0 : (uint64_t(1) << (8 * column)) - 1;
+            }
+            if (bestColumn < 8) return found(x + bestColumn, bestRow);
+        }
+    }
+    for (; x <= Width - 2; x++) {
         for (int32_t y = (x == SearchX ? SearchY : 1); y <= Height - 2; y++) {
             uint8_t here = Mask[y * Width + x], right = Mask[y * Width + x + 1];
             if (here && !right) {

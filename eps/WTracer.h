@@ -46,12 +46,32 @@ struct WTraceOutline {
     bool AddPoint(WTracePoint p);
 };
 
+// A byte map of the tracer: an MVector of bytes in all but where its block
+// comes from, which is the picture blocks' allocator (huge pages natively):
+// two fresh maps of 4 MB in small pages cost more in page faults than the
+// whole trace of a 2048 x 2048 logo.
+struct WTracerMap {
+    int32_t Count = 0;       // bytes
+    uint8_t* Data = nullptr; // owned; null when Count is 0
+
+    WTracerMap() = default;
+    WTracerMap(const WTracerMap&) = delete;
+    WTracerMap& operator=(const WTracerMap&) = delete;
+    ~WTracerMap();
+
+    uint8_t& operator[](int32_t index) { return Data[index]; }
+    const uint8_t& operator[](int32_t index) const { return Data[index]; }
+    // As MVector::SetCount: exactly count bytes, the first min(old, new)
+    // kept and new ones 0; on a failed allocation Count is 0 and false.
+    bool SetCount(int32_t count);
+};
+
 struct WTracer {
     uint32_t Detail = 0; // simplification: 0 tolerance 4, 1 tolerance 2, else 1
     int32_t Width = 0;   // mask cells: the picture's pixels plus 2
     int32_t Height = 0;
-    MVector<uint8_t> Mask;            // Width * Height, row by row; 1 inside
-    MVector<uint8_t> Visited;         // same size; scratch of one outline
+    WTracerMap Mask;                  // Width * Height, row by row; 1 inside
+    WTracerMap Visited;               // same size; scratch of one outline
     int32_t SearchX = 0, SearchY = 0; // where the search for the next outline resumes
     int32_t Direction = 0;            // start direction found by the search
     MVector<WTraceOutline*> Outlines; // owned; a slot may be null

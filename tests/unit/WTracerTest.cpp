@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using namespace tracertest;
 
 namespace {
@@ -213,7 +215,7 @@ TEST(WTracerTest, DespeckleEqualsTheCellByCellPass) {
             }
         WTracer tracer;
         ASSERT_TRUE(tracer.LoadPicture(picture));
-        MVector<uint8_t> plain = tracer.Mask;
+        std::vector<uint8_t> plain(tracer.Mask.Data, tracer.Mask.Data + tracer.Mask.Count);
         int w = tracer.Width;
         for (int y = 1; y < tracer.Height - 1; y++)
             for (int x = 1; x < w - 1; x++) {
@@ -225,8 +227,8 @@ TEST(WTracerTest, DespeckleEqualsTheCellByCellPass) {
                 if (set == 8) plain[y * w + x] = 1;
             }
         tracer.Despeckle();
-        for (int32_t i = 0; i < plain.Count; i++)
-            ASSERT_EQ(tracer.Mask[i], plain[i]) << density << " " << i;
+        for (int32_t i = 0; i < tracer.Mask.Count; i++)
+            ASSERT_EQ(tracer.Mask[i], plain[size_t(i)]) << density << " " << i;
     }
 }
 
