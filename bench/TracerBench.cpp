@@ -3,7 +3,8 @@
 // and the ratio of the two (ours / potrace; the goal is at most 1.0).
 // tools/bench-tracer.sh makes the pictures and runs this.
 //
-//   TracerBench NAME RGBA.png BILEVEL.png BILEVEL.bmp RGB24.bmp [NAME ...]
+//   TracerBench [--start TINY.png TINY.bmp] NAME RGBA.png BILEVEL.png BILEVEL.bmp
+//               RGB24.bmp [NAME ...]
 //   TracerBench --trace PICTURE       (one trace in this process, for timing)
 //
 // Each picture comes in four files of the same pixels: for the built-in
@@ -21,9 +22,10 @@
 // start, reading its file from disk (from the file cache, warm for both),
 // decoding it, tracing and fitting; potrace's holds writing its EPS file as
 // well, ours finishing the sketch (centre, scale, clean-up) as a trace does.
-// The built-in tracer is also timed inside this process, without a process
-// start, and with the straightforward way of its scratch maps (one run, as
-// it is slow), whose outlines must be the same.
+// With --start, both trace a picture of one pixel too: that time is mostly
+// the process start, and the ratios are also given net of it. The built-in
+// tracer is also timed inside this process, without a process start, and with the straightforward
+// way of its scratch maps (one run, as it is slow), whose outlines must be the same.
 
 #include "eps/TraceFlow.h"
 #include "eps/WTracer.h"
@@ -150,8 +152,16 @@ int main(int argc, char** argv) {
         DestroyObjects();
         return traced ? 0 : 1;
     }
+    const char *tinyPng = nullptr, *tinyBmp = nullptr;
+    if (argc > 3 && std::string(argv[1]) == "--start") {
+        tinyPng = argv[2];
+        tinyBmp = argv[3];
+        argv += 3;
+        argc -= 3;
+    }
     if (argc < 6 || (argc - 1) % 5 != 0) {
-        std::fprintf(stderr, "usage: TracerBench NAME RGBA.png BILEVEL.png BILEVEL.bmp RGB24.bmp "
+        std::fprintf(stderr, "usage: TracerBench [--start TINY.png TINY.bmp] NAME RGBA.png "
+                             "BILEVEL.png BILEVEL.bmp RGB24.bmp "
                              "...\n       TracerBench --trace PICTURE\n");
         return 2;
     }
@@ -161,18 +171,25 @@ int main(int argc, char** argv) {
     std::string self = "/proc/self/exe";
 
     bool ok = true;
+    auto ours = [&](const char* picture) {
+        return BestMilliseconds([&] { ok = Run({self, "--trace", picture}) && ok; });
+    };
+    auto theirs = [&](const char* picture) {
+        return BestMilliseconds([&] {
+            ok = Run({"potrace", "-c", "-q", "-o", eps, picture}) && ok;
+        });
+    };
+    double oursStart = 0, theirsStart = 0;
+    if (tinyPng) {
+        oursStart = ours(tinyPng);
+        theirsStart = theirs(tinyBmp);
+        std::printf("start-up (a trace of one pixel): ours %.1f ms, potrace %.1f ms\n", oursStart,
+                    theirsStart);
+    }
     for (int i = 1; i + 4 < argc; i += 5) {
         const char* name = argv[i];
         const char *rgba = argv[i + 1], *bilevel = argv[i + 2];
         const char *bilevelBmp = argv[i + 3], *rgbBmp = argv[i + 4];
-        auto ours = [&](const char* picture) {
-            return BestMilliseconds([&] { ok = Run({self, "--trace", picture}) && ok; });
-        };
-        auto theirs = [&](const char* picture) {
-            return BestMilliseconds([&] {
-                ok = Run({"potrace", "-c", "-q", "-o", eps, picture}) && ok;
-            });
-        };
         double oursBilevel = ours(bilevel), theirsBilevel = theirs(bilevelBmp);
         double oursRgba = ours(rgba), theirsRgb = theirs(rgbBmp);
         double inProcess = BestMilliseconds([&] { ok = TraceInternal(Wide(bilevel)) && ok; });
@@ -195,6 +212,10 @@ int main(int argc, char** argv) {
                     oursRgba, theirsRgb, oursRgba / theirsRgb);
         std::printf("%s  mixed:  ours (PNG32) / potrace (1-bit BMP) %.2f\n", name,
                     oursRgba / theirsBilevel);
+        if (tinyPng)
+            std::printf("%s  net of start-up: 1-bit ratio %.2f, colour ratio %.2f\n", name,
+                        (oursBilevel - oursStart) / (theirsBilevel - theirsStart),
+                        (oursRgba - oursStart) / (theirsRgb - theirsStart));
         std::printf("%s  in this process, no process start: %.1f ms (1-bit PNG), %.1f ms (PNG32)\n",
                     name, inProcess, inProcessRgba);
         std::printf("%s  the tracer alone the straightforward way: %.1f ms; outlines the same: "

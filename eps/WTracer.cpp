@@ -138,6 +138,9 @@ bool WTracer::LoadPicture(const MPicture& picture) {
     Width = width + 2;
     Height = height + 2;
     int32_t cells = Width * Height;
+    // Spans of an earlier mask are dropped; the first outline makes new ones.
+    SpanLeft.SetCount(0);
+    SpanRight.SetCount(0);
     if (!Mask.SetCount(0) || !Mask.SetCount(cells) || !Visited.SetCount(0) ||
         !Visited.SetCount(cells))
         return false;
@@ -364,11 +367,15 @@ bool WTracer::Follow() {
     // ---- Clear the scratch of the last outline: the whole map, or the rows
     // it set, which leaves the spans empty again.
     if (!Straightforward && SpanLeft.Count != Height) {
-        if (!SpanLeft.SetCount(Height) || !SpanRight.SetCount(Height)) return false;
-        SpanTop = 0;
-        SpanBottom = Height - 1;
-        std::memset(Visited.Data, 0, size_t(Visited.Count));
-    } else if (Straightforward) {
+        // The first outline of this mask: the spans are made, all empty.
+        if (SpanLeft.SetCount(Height) && SpanRight.SetCount(Height)) {
+            SpanTop = 0;
+            SpanBottom = Height - 1;
+        } else {
+            Straightforward = true;
+        }
+    }
+    if (Straightforward) {
         std::memset(Visited.Data, 0, size_t(Visited.Count));
     } else {
         ForSpans(

@@ -39,6 +39,8 @@ for name in logo page; do
     convert "$work/$name.png" -background white -alpha remove -alpha off -type truecolor \
         "BMP3:$work/$name-24.bmp"
 done
-"$build/TracerBench" \
+convert -size 1x1 xc:black -alpha set $rgba "$work/tiny.png"
+convert -size 1x1 xc:black -type bilevel "$work/tiny.bmp"
+"$build/TracerBench" --start "$work/tiny.png" "$work/tiny.bmp" \
     logo "$work/logo.png" "$work/logo-1.png" "$work/logo.bmp" "$work/logo-24.bmp" \
     page "$work/page.png" "$work/page-1.png" "$work/page.bmp" "$work/page-24.bmp" 2>/dev/null

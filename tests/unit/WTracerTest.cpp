@@ -558,3 +558,23 @@ TEST(WTracerTest, FasterWayTracesTextAsTheStraightforwardWay) {
             ASSERT_EQ(fast.Mask[i], plain.Mask[i]) << i;
     }
 }
+
+// A tracer loaded a second time, with a narrower picture of the same height,
+// traces it as a new tracer does: nothing of the first mask's scratch stays.
+TEST(WTracerTest, ATracerLoadedAgainTracesAsANewOne) {
+    MPicture wide, narrow;
+    Draw(wide, 90, 60, {{3, 3, 85, 55}, {10, 10, 80, 50, false}, {20, 20, 30, 30}});
+    Draw(narrow, 50, 60, {{5, 5, 45, 50}, {12, 12, 40, 40, false}});
+    WTracer reused, fresh;
+    Trace(reused, wide);
+    Trace(reused, narrow);
+    Trace(fresh, narrow);
+    ASSERT_EQ(reused.OutlineCount, fresh.OutlineCount);
+    for (int32_t i = 0; i < fresh.OutlineCount; i++) {
+        ASSERT_EQ(reused.Outlines[i] == nullptr, fresh.Outlines[i] == nullptr) << i;
+        if (fresh.Outlines[i]) {
+            EXPECT_EQ(Points(*reused.Outlines[i]), Points(*fresh.Outlines[i]));
+        }
+    }
+    EXPECT_EQ(Present(fresh).size(), 2u);
+}
