@@ -128,7 +128,7 @@ bool MPicture::Allocate(int32_t width, int32_t height, int32_t format) {
     uint64_t pitch = uint64_t(width) * uint64_t(bytes);
     uint64_t size = pitch * uint64_t(height);
     if (pitch > 0xffffffffu) return false;
-    uint8_t* block = static_cast<uint8_t*>(MGetMemory(size));
+    uint8_t* block = static_cast<uint8_t*>(AllocatePictureBlock(size));
     if (!block) return false;
     std::memset(block, 0, size_t(size));
     Width = uint32_t(width);

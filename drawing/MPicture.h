@@ -112,6 +112,12 @@ bool CopyPixels(const MPicture& source, uint8_t* pixels, uint32_t pitch, int32_t
 // channel * alpha >> 8. Sources without alpha are copied unchanged.
 bool PremultipliedCopy(const MPicture& source, MPicture& target);
 
+// The block of a picture: size bytes, not cleared, freed with std::free; null
+// (with the debug line of a failed allocation) when there is no memory.
+// Natively a large block is asked for in huge pages, so that a fresh picture
+// of many megabytes costs a few page faults instead of thousands.
+void* AllocatePictureBlock(uint64_t size);
+
 // ---- Half floats, as the formats 3, 6 and 9 hold them.
 float HalfToFloat(uint16_t half);
 uint16_t FloatToHalf(float value); // rounds to the nearest half, ties to even

@@ -60,6 +60,34 @@ void PngFail(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
 }
 
+// Widens the indices in the last quarter of each row of a format 7 picture
+// into blue, green, red, alpha, from the left, so that no index is written
+// over before it is read. As libpng's expansion does, an index past the
+// palette gives black and one past the transparency entries alpha 255.
+void ExpandPalette(png_structp png, png_infop info, MPicture& picture) {
+    png_colorp palette = nullptr;
+    int colours = 0;
+    png_get_PLTE(png, info, &palette, &colours);
+    png_bytep alphas = nullptr;
+    int transparent = 0;
+    png_get_tRNS(png, info, &alphas, &transparent, nullptr);
+    uint8_t table[256][4] = {};
+    for (int i = 0; i < 256; i++) {
+        if (palette && i < colours) {
+            table[i][0] = palette[i].blue;
+            table[i][1] = palette[i].green;
+            table[i][2] = palette[i].red;
+        }
+        table[i][3] = alphas && i < transparent ? alphas[i] : 255;
+    }
+    for (int32_t y = 0; y < picture.Height; y++) {
+        uint8_t* row = picture.Pixels + uint64_t(y) * picture.Pitch;
+        const uint8_t* index = row + uint64_t(picture.Width) * 3;
+        for (uint32_t x = 0; x < picture.Width; x++)
+            std::memcpy(row + 4 * x, table[index[x]], 4);
+    }
+}
+
 // The formats follow the Windows decoder: gray of 8 and 16 bits, RGB and RGBA
 // of 8 and 16 bits and gray with alpha keep their depth; palettes, gray below
 // 8 bits and transparency chunks become 8-bit BGRA (16-bit RGB with a
@@ -90,6 +118,7 @@ bool DecodePng(MPicture& picture, PngSource& source) {
         png_error(png, "size");
 
     int32_t format;
+    bool indexed = false;
     if (type == PNG_COLOR_TYPE_GRAY && !transparency && (depth == 8 || depth == 16)) {
         format = depth == 8 ? PictureGray8 : PictureGray16;
     } else if (type == PNG_COLOR_TYPE_RGB && !transparency) {
@@ -97,6 +126,13 @@ bool DecodePng(MPicture& picture, PngSource& source) {
     } else if (type == PNG_COLOR_TYPE_RGB_ALPHA || type == PNG_COLOR_TYPE_GRAY_ALPHA) {
         format = depth == 8 ? PictureBgra8 : PictureRgba16;
         if (type == PNG_COLOR_TYPE_GRAY_ALPHA) png_set_gray_to_rgb(png);
+    } else if (type == PNG_COLOR_TYPE_PALETTE) {
+        // Read as one index a byte and looked up below: the same pixels as
+        // libpng's expansion to RGBA and swap to BGRA, in one pass instead of
+        // three.
+        format = PictureBgra8;
+        indexed = true;
+        if (depth < 8) png_set_packing(png);
     } else if (type == PNG_COLOR_TYPE_RGB && depth == 16) {
         format = PictureRgba16;
         png_set_tRNS_to_alpha(png);
@@ -108,19 +144,23 @@ bool DecodePng(MPicture& picture, PngSource& source) {
             png_set_gray_to_rgb(png);
         png_set_filler(png, 0xff, PNG_FILLER_AFTER);
     }
-    if (format == PictureBgr8 || format == PictureBgra8) png_set_bgr(png);
+    if ((format == PictureBgr8 || format == PictureBgra8) && !indexed) png_set_bgr(png);
     // The wide formats hold their channels low byte first.
     if (depth == 16 && format != PictureBgra8) png_set_swap(png);
     png_set_interlace_handling(png);
     png_read_update_info(png, info);
 
     if (!picture.Allocate(int32_t(width), int32_t(height), format)) png_error(png, "memory");
-    if (png_get_rowbytes(png, info) != picture.Pitch) png_error(png, "layout");
+    // Indices go to the last quarter of each row, so that the lookup can
+    // widen them in place from the left.
+    uint32_t offset = indexed ? width * 3 : 0;
+    if (png_get_rowbytes(png, info) != picture.Pitch - offset) png_error(png, "layout");
     source.Rows = static_cast<png_bytep*>(std::malloc(sizeof(png_bytep) * height));
     if (!source.Rows) png_error(png, "memory");
     for (png_uint_32 y = 0; y < height; y++)
-        source.Rows[y] = picture.Pixels + uint64_t(y) * picture.Pitch;
+        source.Rows[y] = picture.Pixels + uint64_t(y) * picture.Pitch + offset;
     png_read_image(png, source.Rows);
+    if (indexed) ExpandPalette(png, info, picture);
     png_destroy_read_struct(&png, &info, nullptr);
     std::free(source.Rows);
     source.Rows = nullptr;
@@ -143,7 +183,22 @@ void JpegQuiet(j_common_ptr) {}
 struct JpegSource {
     jpeg_decompress_struct Info;
     JpegError Error;
+    jpeg_progress_mgr Progress;
 };
+
+// A progressive file goes over the whole picture once per scan, so a file of
+// a few hundred bytes declaring a large picture and holding many scans keeps
+// the decoder busy out of all proportion to its size. Files that real
+// encoders write hold up to a few dozen scans; past this many the file is
+// refused. A truncated file stops at its end, with the scans it holds, and
+// loads as before.
+enum { JpegScanLimit = 100 };
+
+void JpegProgress(j_common_ptr common) {
+    if (!common->is_decompressor) return;
+    j_decompress_ptr info = reinterpret_cast<j_decompress_ptr>(common);
+    if (info->input_scan_number > JpegScanLimit) JpegFail(common);
+}
 
 // Gray stays 8-bit gray, colour becomes BGR, and CMYK goes through to BGRA as
 // the Windows decoder's CMYK frames are converted.
@@ -158,6 +213,8 @@ bool DecodeJpeg(MPicture& picture, JpegSource& jpeg, const uint8_t* data, size_t
         return false;
     }
     jpeg_create_decompress(&info);
+    jpeg.Progress.progress_monitor = JpegProgress;
+    info.progress = &jpeg.Progress;
     jpeg_mem_src(&info, data, static_cast<unsigned long>(size));
     jpeg_read_header(&info, TRUE);
     bool cmyk = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;

@@ -7,6 +7,7 @@
 #include "drawing/MPicture.h"
 #include "eps/MOutlineBuilder.h"
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -47,6 +48,33 @@ bool ScaleDownLargePicture(MPicture& picture) {
 bool RowsHoldWidth(const MPicture& picture) {
     int32_t bytes = PictureBytesPerPixel(picture.Format);
     return (bytes != 3 && bytes != 4) || uint64_t(picture.Pitch) >= uint64_t(bytes) * picture.Width;
+}
+
+// ---- Byte maps
+
+WTracerMap::~WTracerMap() {
+    std::free(Data);
+}
+
+bool WTracerMap::SetCount(int32_t count) {
+    if (count == Count) return true;
+    uint8_t* block = nullptr;
+    if (count > 0) {
+        block = static_cast<uint8_t*>(AllocatePictureBlock(uint64_t(count)));
+        if (!block) {
+            std::free(Data);
+            Data = nullptr;
+            Count = 0;
+            return false;
+        }
+        int32_t keep = Count < count ? Count : count;
+        if (keep > 0) std::memcpy(block, Data, size_t(keep));
+        std::memset(block + keep, 0, size_t(count - keep));
+    }
+    std::free(Data);
+    Data = block;
+    Count = count > 0 ? count : 0;
+    return true;
 }
 
 // ---- Outlines
@@ -110,6 +138,9 @@ bool WTracer::LoadPicture(const MPicture& picture) {
     Width = width + 2;
     Height = height + 2;
     int32_t cells = Width * Height;
+    // Spans of an earlier mask are dropped; the first outline makes new ones.
+    SpanLeft.SetCount(0);
+    SpanRight.SetCount(0);
     if (!Mask.SetCount(0) || !Mask.SetCount(cells) || !Visited.SetCount(0) ||
         !Visited.SetCount(cells))
         return false;
@@ -119,24 +150,25 @@ bool WTracer::LoadPicture(const MPicture& picture) {
         AllOutside = false;
         return true;
     }
-    bool anyInside = false, anyOutside = false;
+    // The or and the and of all cells tell whether any is inside and whether
+    // all are; kept branch-free, the loops go many pixels at a time.
+    uint8_t any = 0, all = 1;
     for (int32_t y = 0; y < height; y++) {
         uint8_t* row = &Mask[(y + 1) * Width + 1];
         if (picture.Format == PictureBgra8) {
             const uint8_t* alpha = picture.Pixels + uint64_t(y) * picture.Pitch + 3;
             for (int32_t x = 0; x < width; x++)
-                row[x] = alpha[4 * x] >= 128 ? 1 : 0;
+                row[x] = alpha[4 * x] >> 7; // 1 for an alpha of 128 or over
         } else {
             for (int32_t x = 0; x < width; x++)
                 row[x] = ReadPixel(picture.PixelAddress(x, y), picture.Format).a >= 128 ? 1 : 0;
         }
         for (int32_t x = 0; x < width; x++) {
-            if (row[x])
-                anyInside = true;
-            else
-                anyOutside = true;
+            any |= row[x];
+            all &= row[x];
         }
     }
+    bool anyInside = any != 0, anyOutside = all == 0;
     AllOutside = !anyInside;
     AllInside = !anyOutside;
     if (AllOutside || AllInside) std::memset(Mask.Data, 0, size_t(cells));
@@ -242,8 +274,43 @@ void WTracer::Despeckle() {
 
 // Down each column from where the last search stopped. The cell found is
 // kept, and tested again next time: by then its outline has been wiped.
+// Mask cells hold 0 or 1, so a cell differs from its right neighbour where
+// their exclusive or is 1. Past the first column the columns are taken
+// eight at a time, one eight-byte exclusive or per row: the first column of
+// the eight with a difference, at the first row it has one, is the cell
+// that the search column by column would find.
 bool WTracer::Search() {
-    for (int32_t x = SearchX; x <= Width - 2; x++) {
+    auto found = [this](int32_t x, int32_t y) {
+        Direction = Mask[y * Width + x] ? 0 : 2;
+        SearchX = x;
+        SearchY = y;
+        return true;
+    };
+    int32_t x = SearchX;
+    if (x <= Width - 2 && !Straightforward) {
+        for (int32_t y = SearchY; y <= Height - 2; y++)
+            if (Mask[y * Width + x] != Mask[y * Width + x + 1]) return found(x, y);
+        for (x++; x + 8 <= Width - 1; x += 8) {
+            uint64_t candidates = ~uint64_t(0); // bytes of the columns still in question
+            int32_t bestColumn = 8, bestRow = 0;
+            for (int32_t y = 1; y <= Height - 2 && candidates; y++) {
+                uint64_t here, right;
+                std::memcpy(&here, &Mask[y * Width + x], 8);
+                std::memcpy(&right, &Mask[y * Width + x + 1], 8);
+                uint64_t differ = (here ^ right) & candidates;
+                if (!differ) continue;
+                // The lowest byte in memory is the leftmost column.
+                int32_t column = 0;
+                while (!((differ >> (8 * column)) & 0xff))
+                    column++;
+                bestColumn = column;
+                bestRow = y;
+                candidates = column == 0 ? 0 : (uint64_t(1) << (8 * column)) - 1;
+            }
+            if (bestColumn < 8) return found(x + bestColumn, bestRow);
+        }
+    }
+    for (; x <= Width - 2; x++) {
         for (int32_t y = (x == SearchX ? SearchY : 1); y <= Height - 2; y++) {
             uint8_t here = Mask[y * Width + x], right = Mask[y * Width + x + 1];
             if (here && !right) {
@@ -272,27 +339,54 @@ const int32_t StepY[4] = {-1, 0, 1, 0};
 
 } // namespace
 
+// Marks corner or cell (x, y), inside the mask, as visited by the outline in
+// hand, and widens its row's span.
+void WTracer::Visit(int32_t x, int32_t y) {
+    Visited[y * Width + x] = 1;
+    if (Straightforward) return;
+    if (x < SpanLeft[y]) SpanLeft[y] = x;
+    if (x > SpanRight[y]) SpanRight[y] = x;
+    if (y < SpanTop) SpanTop = y;
+    if (y > SpanBottom) SpanBottom = y;
+}
+
+// Calls body(first index, count) for the span of each row of Visited that
+// the outline in hand has set.
+template <typename Body> void WTracer::ForSpans(Body body) {
+    for (int32_t y = SpanTop; y <= SpanBottom; y++)
+        if (SpanLeft[y] <= SpanRight[y])
+            body(y * Width + SpanLeft[y], SpanRight[y] - SpanLeft[y] + 1);
+}
+
 bool WTracer::Follow() {
     if (!Outlines.Grow(OutlineCount + 1, 1)) return false;
     WTraceOutline* outline = new WTraceOutline;
     Outlines[OutlineCount++] = outline;
     if (!Search()) return false;
 
-    // ---- Clear the scratch of the last outline.
-    if (ClearWholeMaps) {
+    // ---- Clear the scratch of the last outline: the whole map, or the rows
+    // it set, which leaves the spans empty again.
+    if (!Straightforward && SpanLeft.Count != Height) {
+        // The first outline of this mask: the spans are made, all empty.
+        if (SpanLeft.SetCount(Height) && SpanRight.SetCount(Height)) {
+            SpanTop = 0;
+            SpanBottom = Height - 1;
+        } else {
+            Straightforward = true;
+        }
+    }
+    if (Straightforward) {
         std::memset(Visited.Data, 0, size_t(Visited.Count));
     } else {
-        for (int32_t i = 0; i < TouchedCount; i++)
-            Visited[Touched[i]] = 0;
+        ForSpans(
+            [this](int32_t from, int32_t count) { std::memset(&Visited[from], 0, size_t(count)); });
     }
-    TouchedCount = 0;
-    auto visit = [this](int32_t index) {
-        if (Visited[index]) return;
-        Visited[index] = 1;
-        if (ClearWholeMaps) return;
-        if (!Touched.Grow(TouchedCount + 1, GrowthStep(Touched.Count))) return;
-        Touched[TouchedCount++] = index;
-    };
+    for (int32_t y = SpanTop; y <= SpanBottom; y++) {
+        SpanLeft[y] = Width;
+        SpanRight[y] = -1;
+    }
+    SpanTop = Height;
+    SpanBottom = -1;
     auto cell = [this](int32_t x, int32_t y) -> uint8_t {
         if (x < 0 || y < 0 || x >= Width || y >= Height) return 0;
         return Mask[y * Width + x];
@@ -329,7 +423,7 @@ bool WTracer::Follow() {
         y += StepY[direction];
         if (!outline->AddPoint(WTracePoint{x, y})) break;
         if (outline->Closed) break;
-        if (x >= 0 && y >= 0 && x < Width && y < Height) visit(y * Width + x);
+        if (x >= 0 && y >= 0 && x < Width && y < Height) Visit(x, y);
         if (seedCount < SeedLimit) {
             // The cell on the inner side of the step, where the border allows.
             WTracePoint seed{x, y};
@@ -352,32 +446,36 @@ bool WTracer::Follow() {
         float tolerance = ToleranceOf(Detail);
         for (int32_t window = quarter < SimplifyWindowLimit ? quarter : SimplifyWindowLimit;
              window >= 2; window--)
-            while (Simplify(*outline, window, tolerance)) {
-            }
+            for (int32_t from = 1; SimplifyFrom(*outline, window, tolerance, from);)
+                if (Straightforward) from = 1;
     }
     if (outline->PointCount > 0) outline->Points.SetCount(outline->PointCount);
 
     // ---- Wipe the shape: the walked ring is set, its inside filled from the
     // seeds, and everything visited inverted, so that holes become shapes.
-    if (ClearWholeMaps) {
-        for (int32_t i = 0; i < Visited.Count; i++)
-            if (Visited[i]) Mask[i] = 1;
-    } else {
-        for (int32_t i = 0; i < TouchedCount; i++)
-            Mask[Touched[i]] = 1;
-    }
+    // Mask and Visited hold only 0 and 1, so setting is an or and inverting an
+    // exclusive or.
+    auto setVisited = [this](int32_t from, int32_t count) {
+        for (int32_t i = from; i < from + count; i++)
+            Mask[i] |= Visited[i];
+    };
+    auto invertVisited = [this](int32_t from, int32_t count) {
+        for (int32_t i = from; i < from + count; i++)
+            Mask[i] ^= Visited[i];
+    };
+    if (Straightforward)
+        setVisited(0, Visited.Count);
+    else
+        ForSpans(setVisited);
     if (outline->PointCount > 0)
         for (int32_t i = 0; i < seedCount; i++) {
             WTracePoint seed = Seeds[i];
             if (!Visited[seed.y * Width + seed.x]) Fill(seed);
         }
-    if (ClearWholeMaps) {
-        for (int32_t i = 0; i < Visited.Count; i++)
-            if (Visited[i]) Mask[i] ^= 1;
-    } else {
-        for (int32_t i = 0; i < TouchedCount; i++)
-            Mask[Touched[i]] ^= 1;
-    }
+    if (Straightforward)
+        invertVisited(0, Visited.Count);
+    else
+        ForSpans(invertVisited);
     return true;
 }
 
@@ -395,20 +493,38 @@ static float SquaredDistance(WTracePoint a, WTracePoint b, WTracePoint p) {
 }
 
 bool WTracer::Simplify(WTraceOutline& outline, int32_t window, float tolerance) const {
+    int32_t from = 1;
+    return SimplifyFrom(outline, window, tolerance, from);
+}
+
+// A start whose window, both chord ends included, lies wholly before the
+// first point cut is unchanged by the cut and fails again: such starts are
+// the ones passed over after a cut.
+bool WTracer::SimplifyFrom(WTraceOutline& outline, int32_t window, float tolerance,
+                           int32_t& from) const {
     int32_t count = outline.PointCount;
     if (count < 3 || window < 2) return false;
     WTracePoint* points = outline.Points.Data;
     float budget = float(window - 1) * tolerance;
     float single = 2.0f * tolerance;
     int32_t inside = window - 1; // points between the chord's ends
-    for (int32_t s = 1; s <= count; s++) {
-        WTracePoint from = points[(s - 1) % count];
-        WTracePoint to = points[(s + window - 1) % count];
+    // Indices wrap by subtraction: every sum below stays under a few times
+    // the point count, and a division per point would cost more than the
+    // distance itself.
+    auto wrap = [count](int32_t index) {
+        while (index >= count)
+            index -= count;
+        return index;
+    };
+    int32_t middle = inside / 2;
+    for (int32_t s = from < 1 ? 1 : from; s <= count; s++) {
+        WTracePoint start = points[wrap(s - 1)];
+        WTracePoint end = points[wrap(s + window - 1)];
         float sum = 0.0f;
         bool fits = true;
-        for (int32_t j = 0; j < inside; j++) {
-            int32_t offset = (inside / 2 + j) % inside;
-            float d = SquaredDistance(from, to, points[(s + offset) % count]);
+        for (int32_t j = 0, offset = middle; j < inside; j++, offset++) {
+            if (offset == inside) offset = 0;
+            float d = SquaredDistance(start, end, points[wrap(s + offset)]);
             if (d > single) {
                 fits = false;
                 break;
@@ -420,12 +536,13 @@ bool WTracer::Simplify(WTraceOutline& outline, int32_t window, float tolerance) 
             }
         }
         if (!fits) continue;
-        int32_t first = s % count, last = (s + window - 2) % count;
+        int32_t first = wrap(s), last = wrap(s + window - 2);
         if (first == 0 || last < first) continue;
         int32_t removed = last - first + 1;
         for (int32_t i = last + 1; i < count; i++)
             points[i - removed] = points[i];
         outline.PointCount = count - removed;
+        from = first - window + 1;
         return true;
     }
     return false;
@@ -438,31 +555,27 @@ bool WTracer::Simplify(WTraceOutline& outline, int32_t window, float tolerance) 
 // for each new run of free cells beside the column on either side. It covers
 // the border ring as well.
 void WTracer::Fill(WTracePoint seed) {
-    MVector<WTracePoint> stack;
     int32_t depth = 0;
-    if (!stack.Grow(1, 1024)) return;
-    stack[depth++] = seed;
+    if (!FillStack.Grow(1, 1024)) return;
+    FillStack[depth++] = seed;
     auto isFree = [this](int32_t x, int32_t y) { return !Visited[y * Width + x]; };
     while (depth > 0) {
-        WTracePoint p = stack[--depth];
+        WTracePoint p = FillStack[--depth];
         if (!isFree(p.x, p.y)) continue;
         int32_t y = p.y;
         while (y > 0 && isFree(p.x, y - 1))
             y--;
         bool leftRun = false, rightRun = false;
         for (; y < Height && isFree(p.x, y); y++) {
-            int32_t index = y * Width + p.x;
-            Visited[index] = 1;
-            if (!ClearWholeMaps && Touched.Grow(TouchedCount + 1, GrowthStep(Touched.Count)))
-                Touched[TouchedCount++] = index;
+            Visit(p.x, y);
             for (int32_t side = 0; side < 2; side++) {
                 int32_t x = side == 0 ? p.x - 1 : p.x + 1;
                 bool& run = side == 0 ? leftRun : rightRun;
                 if (x < 0 || x >= Width) continue;
                 if (isFree(x, y)) {
                     if (!run) {
-                        if (!stack.Grow(depth + 1, GrowthStep(stack.Count))) return;
-                        stack[depth++] = WTracePoint{x, y};
+                        if (!FillStack.Grow(depth + 1, GrowthStep(FillStack.Count))) return;
+                        FillStack[depth++] = WTracePoint{x, y};
                         run = true;
                     }
                 } else {

@@ -46,12 +46,32 @@ struct WTraceOutline {
     bool AddPoint(WTracePoint p);
 };
 
+// A byte map of the tracer: an MVector of bytes in all but where its block
+// comes from, which is the picture blocks' allocator (huge pages natively):
+// two fresh maps of 4 MB in small pages cost more in page faults than the
+// whole trace of a 2048 x 2048 logo.
+struct WTracerMap {
+    int32_t Count = 0;       // bytes
+    uint8_t* Data = nullptr; // owned; null when Count is 0
+
+    WTracerMap() = default;
+    WTracerMap(const WTracerMap&) = delete;
+    WTracerMap& operator=(const WTracerMap&) = delete;
+    ~WTracerMap();
+
+    uint8_t& operator[](int32_t index) { return Data[index]; }
+    const uint8_t& operator[](int32_t index) const { return Data[index]; }
+    // As MVector::SetCount: exactly count bytes, the first min(old, new)
+    // kept and new ones 0; on a failed allocation Count is 0 and false.
+    bool SetCount(int32_t count);
+};
+
 struct WTracer {
     uint32_t Detail = 0; // simplification: 0 tolerance 4, 1 tolerance 2, else 1
     int32_t Width = 0;   // mask cells: the picture's pixels plus 2
     int32_t Height = 0;
-    MVector<uint8_t> Mask;            // Width * Height, row by row; 1 inside
-    MVector<uint8_t> Visited;         // same size; scratch of one outline
+    WTracerMap Mask;                  // Width * Height, row by row; 1 inside
+    WTracerMap Visited;               // same size; scratch of one outline
     int32_t SearchX = 0, SearchY = 0; // where the search for the next outline resumes
     int32_t Direction = 0;            // start direction found by the search
     MVector<WTraceOutline*> Outlines; // owned; a slot may be null
@@ -60,13 +80,17 @@ struct WTracer {
     MVector<WTracePoint> Seeds;       // fill starts of one outline; 2000 from the start
     int32_t ExtentX = 0, ExtentY = 0; // the result's size in cells, for callers
 
-    // ---- Not part of the result: the bookkeeping of the faster clearing.
-    // Cells of Visited set by the outline in hand, so that clearing it and
-    // wiping the shape touch only those. With ClearWholeMaps the whole map is
-    // cleared and scanned each time instead, which gives the same outlines.
-    MVector<int32_t> Touched;
-    int32_t TouchedCount = 0;
-    bool ClearWholeMaps = false;
+    // ---- Not part of the result: scratch of the faster way. The rows of
+    // Visited that the outline in hand has set, each as the span of its
+    // leftmost to its rightmost set cell, so that clearing the map and wiping
+    // the shape touch only those rows and columns. The fill's stack is kept
+    // from outline to outline. With Straightforward the whole maps are cleared
+    // and scanned each time and every simplification pass starts again at the
+    // first point instead, which gives the same outlines, only slower.
+    MVector<int32_t> SpanLeft, SpanRight; // per row; left > right when the row has none
+    int32_t SpanTop = 0, SpanBottom = -1; // rows that may hold a span
+    MVector<WTracePoint> FillStack;
+    bool Straightforward = false;
 
     WTracer();
     ~WTracer();
@@ -89,7 +113,13 @@ struct WTracer {
     bool Search();
     bool Follow();
     bool Simplify(WTraceOutline& outline, int32_t window, float tolerance) const;
+    // Simplify with the starts before from known to fail: those whose whole
+    // window lies before the last cut are passed over. After a cut, from
+    // becomes the first start that the cut may have changed.
+    bool SimplifyFrom(WTraceOutline& outline, int32_t window, float tolerance, int32_t& from) const;
     void Fill(WTracePoint seed);
+    void Visit(int32_t x, int32_t y);
+    template <typename Body> void ForSpans(Body body);
     void TraceSmall();
     void FreeOutlines();
 };

@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // The faster clearing must give what the straightforward one gives.
     WTracer plain;
     plain.Detail = tracer.Detail;
-    plain.ClearWholeMaps = true;
+    plain.Straightforward = true;
     plain.LoadPicture(picture);
     plain.Trace();
     if (plain.OutlineCount != tracer.OutlineCount) std::abort();

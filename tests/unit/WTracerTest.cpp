@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using namespace tracertest;
 
 namespace {
@@ -213,7 +215,7 @@ TEST(WTracerTest, DespeckleEqualsTheCellByCellPass) {
             }
         WTracer tracer;
         ASSERT_TRUE(tracer.LoadPicture(picture));
-        MVector<uint8_t> plain = tracer.Mask;
+        std::vector<uint8_t> plain(tracer.Mask.Data, tracer.Mask.Data + tracer.Mask.Count);
         int w = tracer.Width;
         for (int y = 1; y < tracer.Height - 1; y++)
             for (int x = 1; x < w - 1; x++) {
@@ -225,8 +227,8 @@ TEST(WTracerTest, DespeckleEqualsTheCellByCellPass) {
                 if (set == 8) plain[y * w + x] = 1;
             }
         tracer.Despeckle();
-        for (int32_t i = 0; i < plain.Count; i++)
-            ASSERT_EQ(tracer.Mask[i], plain[i]) << density << " " << i;
+        for (int32_t i = 0; i < tracer.Mask.Count; i++)
+            ASSERT_EQ(tracer.Mask[i], plain[size_t(i)]) << density << " " << i;
     }
 }
 
@@ -507,7 +509,7 @@ TEST(WTracerTest, TouchedClearingGivesTheSameOutlinesAsWholeMaps) {
     MPicture picture;
     Draw(picture, 80, 80, boxes);
     WTracer fast, plain;
-    plain.ClearWholeMaps = true;
+    plain.Straightforward = true;
     Trace(fast, picture);
     Trace(plain, picture);
     ASSERT_EQ(fast.OutlineCount, plain.OutlineCount);
@@ -522,4 +524,57 @@ TEST(WTracerTest, TouchedClearingGivesTheSameOutlinesAsWholeMaps) {
     EXPECT_GT(present, 5);
     for (int32_t i = 0; i < fast.Mask.Count; i++)
         ASSERT_EQ(fast.Mask[i], plain.Mask[i]) << i;
+}
+
+// Text drawn by ImageMagick, straight and turned, with a large glyph: many
+// outlines with holes, dots and slanted edges, traced at every detail level
+// the faster way and the straightforward way, outline for outline.
+TEST(WTracerTest, FasterWayTracesTextAsTheStraightforwardWay) {
+    MPicture picture;
+    MString path;
+    path.AssignNarrow((std::string(TEST_SOURCE_DIR) + "/tests/data/tracer/text.png").c_str(),
+                      65001);
+    ASSERT_TRUE(picture.Load(path));
+    ASSERT_EQ(picture.Width, 480u);
+    for (uint32_t detail = 0; detail < 4; detail++) {
+        WTracer fast, plain;
+        fast.Detail = plain.Detail = detail;
+        plain.Straightforward = true;
+        ASSERT_TRUE(fast.LoadPicture(picture));
+        ASSERT_TRUE(plain.LoadPicture(picture));
+        fast.Trace();
+        plain.Trace();
+        ASSERT_EQ(fast.OutlineCount, plain.OutlineCount) << detail;
+        int present = 0;
+        for (int32_t i = 0; i < fast.OutlineCount; i++) {
+            ASSERT_EQ(fast.Outlines[i] == nullptr, plain.Outlines[i] == nullptr) << i;
+            if (!fast.Outlines[i]) continue;
+            present++;
+            EXPECT_EQ(fast.Outlines[i]->Closed, plain.Outlines[i]->Closed) << i;
+            ASSERT_EQ(Points(*fast.Outlines[i]), Points(*plain.Outlines[i])) << detail << " " << i;
+        }
+        EXPECT_GT(present, 150) << detail;
+        for (int32_t i = 0; i < fast.Mask.Count; i++)
+            ASSERT_EQ(fast.Mask[i], plain.Mask[i]) << i;
+    }
+}
+
+// A tracer loaded a second time, with a narrower picture of the same height,
+// traces it as a new tracer does: nothing of the first mask's scratch stays.
+TEST(WTracerTest, ATracerLoadedAgainTracesAsANewOne) {
+    MPicture wide, narrow;
+    Draw(wide, 90, 60, {{3, 3, 85, 55}, {10, 10, 80, 50, false}, {20, 20, 30, 30}});
+    Draw(narrow, 50, 60, {{5, 5, 45, 50}, {12, 12, 40, 40, false}});
+    WTracer reused, fresh;
+    Trace(reused, wide);
+    Trace(reused, narrow);
+    Trace(fresh, narrow);
+    ASSERT_EQ(reused.OutlineCount, fresh.OutlineCount);
+    for (int32_t i = 0; i < fresh.OutlineCount; i++) {
+        ASSERT_EQ(reused.Outlines[i] == nullptr, fresh.Outlines[i] == nullptr) << i;
+        if (fresh.Outlines[i]) {
+            EXPECT_EQ(Points(*reused.Outlines[i]), Points(*fresh.Outlines[i]));
+        }
+    }
+    EXPECT_EQ(Present(fresh).size(), 2u);
 }
