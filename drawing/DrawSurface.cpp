@@ -10,7 +10,9 @@
 #include "foundation/Folders.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <initializer_list>
+#include <type_traits>
 
 int32_t TheSurfaceCount = 0;
 
@@ -71,12 +73,53 @@ bool MDrawSurface::UseFont(const MString& family, int32_t size, int32_t weight, 
     return PlatformNewTextFormat(*this);
 }
 
-// The recording doubles when full, so a frame of any size costs a few
-// moves of the recording rather than one for every 256 operations.
 void MDrawSurface::Record(const MDrawOperation& operation) {
-    if (!Operations.Grow(OperationCount + 1, Operations.Count > 256 ? Operations.Count : 256))
-        return;
-    Operations[OperationCount++] = operation;
+    if (OperationCount >= Operations.Count && !Operations.Grow(OperationCount + 1)) return;
+    Operations.Data[OperationCount++] = operation;
+}
+
+// ---- The recording's block
+
+static_assert(std::is_trivially_copyable<MDrawOperation>::value,
+              "entries are moved as bytes by realloc");
+
+// A block of this many entries stays well inside the range of its counts.
+static const int32_t MaxRecordedEntries = 1 << 28;
+
+MDrawRecording::MDrawRecording(MDrawRecording&& other) noexcept
+    : Count(other.Count), Data(other.Data) {
+    other.Count = 0;
+    other.Data = nullptr;
+}
+
+MDrawRecording& MDrawRecording::operator=(MDrawRecording&& other) noexcept {
+    if (this == &other) return *this;
+    std::free(Data);
+    Count = other.Count;
+    Data = other.Data;
+    other.Count = 0;
+    other.Data = nullptr;
+    return *this;
+}
+
+MDrawRecording::~MDrawRecording() {
+    std::free(Data);
+}
+
+// Doubling from 256 entries keeps a frame of any size to a few growths, and
+// realloc keeps the entries where it can; on failure the block stands.
+bool MDrawRecording::Grow(int32_t needed) {
+    if (needed <= Count) return true;
+    if (needed > MaxRecordedEntries) return false;
+    int32_t count = Count < 256 ? 256 : Count;
+    while (count < needed)
+        count *= 2;
+    if (count > MaxRecordedEntries) count = MaxRecordedEntries;
+    void* block = std::realloc(Data, size_t(count) * sizeof(MDrawOperation));
+    if (!block) return false;
+    Data = static_cast<MDrawOperation*>(block);
+    Count = count;
+    return true;
 }
 
 // ---- Shapes
@@ -267,7 +310,7 @@ MString DescribeOperation(const MDrawOperation& op) {
     case DrawNewStroke:
         return MString(u"StrokeStyle");
     case DrawNewFormat:
-        return MString(u"TextFormat \"") + op.Font + "\" " + IntegerText(op.Size) + " " +
+        return MString(u"TextFormat \"") + MString(op.Font) + "\" " + IntegerText(op.Size) + " " +
                IntegerText(op.Weight) + " " + IntegerText(op.Horizontal) + " " +
                IntegerText(op.Vertical) + (op.Wrap ? " wrap" : " nowrap");
     case DrawLineKind:
@@ -281,8 +324,9 @@ MString DescribeOperation(const MDrawOperation& op) {
         return MString(u"Square") + Numbers({op.X1, op.Y1}) + " radius" + Numbers({op.Radius}) +
                " angle" + Numbers({op.Angle}) + fill + width + colour;
     case DrawTextKind:
-        return MString(u"Text") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " \"" + op.Text +
-               "\" \"" + op.Font + "\" " + IntegerText(op.Size) + colour + (op.Clip ? " clip" : "");
+        return MString(u"Text") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " \"" + MString(op.Text) +
+               "\" \"" + MString(op.Font) + "\" " + IntegerText(op.Size) + colour +
+               (op.Clip ? " clip" : "");
     case DrawBitmapKind:
         return MString(u"Bitmap") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " source " +
                IntegerText(op.SourceWidth) + " " + IntegerText(op.SourceHeight);

@@ -10,6 +10,7 @@
 #include "foundation/Program.h"
 
 #include <new>
+#include <utility>
 
 static MDrawOperation Entry(int32_t kind) {
     MDrawOperation operation;
@@ -91,6 +92,33 @@ void MDrawSurface::Clear(MColour colour) {
     Record(entry);
 }
 
+// ---- Texts of the entries
+
+// The surface's own copy of a text, kept once for as long as the surface
+// lives, so that entries can point at it. Texts are few (the mode, help and
+// view texts, the font families, a canvas's captions), so a search from the
+// newest back finds them. When no room can be had the entry says "".
+static const char16_t* KeptText(MDrawSurface& surface, const MString& text) {
+    if (text.IsEmpty()) return u"";
+    for (int32_t i = surface.StringCount - 1; i >= 0; i--)
+        if (surface.Strings[i] == text) return surface.Strings[i].Chars();
+    if (surface.StringCount >= surface.Strings.Count) {
+        // Moving a string keeps its characters where they are, so the texts
+        // that entries point at stay put.
+        MVector<MString> bigger;
+        if (!bigger.SetCount(surface.Strings.Count < 8 ? 16 : surface.Strings.Count * 2))
+            return u"";
+        for (int32_t i = 0; i < surface.StringCount; i++)
+            bigger[i] = std::move(surface.Strings[i]);
+        std::swap(bigger.Data, surface.Strings.Data);
+        std::swap(bigger.Count, surface.Strings.Count);
+    }
+    MString& kept = surface.Strings[surface.StringCount];
+    kept = text;
+    surface.StringCount++;
+    return kept.Chars();
+}
+
 // ---- Platform objects
 
 bool PlatformNewBrush(MDrawSurface& surface, MColour colour) {
@@ -110,7 +138,7 @@ bool PlatformNewStrokeStyle(MDrawSurface& surface) {
 bool PlatformNewTextFormat(MDrawSurface& surface) {
     surface.TextFormat = &surface.FontFamily;
     MDrawOperation entry = Entry(DrawNewFormat);
-    entry.Font = surface.FontFamily;
+    entry.Font = KeptText(surface, surface.FontFamily);
     entry.Size = surface.FontSize;
     entry.Weight = surface.FontWeight;
     entry.Horizontal = surface.FontHorizontal;
@@ -178,8 +206,8 @@ void PlatformText(MDrawSurface& surface, int32_t left, int32_t top, int32_t righ
     entry.Y1 = float(top);
     entry.X2 = float(right);
     entry.Y2 = float(bottom);
-    entry.Text = text;
-    entry.Font = surface.FontFamily;
+    entry.Text = KeptText(surface, text);
+    entry.Font = KeptText(surface, surface.FontFamily);
     entry.Size = surface.FontSize;
     entry.Horizontal = surface.FontHorizontal;
     entry.Vertical = surface.FontVertical;

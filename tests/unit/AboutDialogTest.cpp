@@ -131,7 +131,7 @@ TEST_F(AboutDialogTest, APaintDrawsWhiteTheHeadlineAndTheCredit) {
     EXPECT_EQ(credit->Size, 18);
     EXPECT_EQ(credit->Y1, 120);
     EXPECT_EQ(credit->X2, 660);
-    EXPECT_FALSE(credit->Text.IsEmpty());
+    EXPECT_FALSE(MString(credit->Text).IsEmpty());
     // Released, and the button asked to paint itself over the drawing.
     EXPECT_EQ(surface.Operations[surface.OperationCount - 1].Kind, DrawRelease);
     EXPECT_EQ(Dialogs.Closed.Find(1)->Redraws, 1);

@@ -210,7 +210,7 @@ TEST_F(DrawSurface, TextOfLengthZeroDrawsNothingVisibleAndFailsNoCall) {
                      false);
     MDrawOperation text = LastOf(Surface, DrawTextKind);
     ASSERT_EQ(text.Kind, DrawTextKind);
-    EXPECT_TRUE(text.Text.IsEmpty());
+    EXPECT_TRUE(MString(text.Text).IsEmpty());
     // The surface goes on drawing.
     Surface.DrawLine(MPoint2{0, 0}, MPoint2{5, 5}, 1, Black);
     EXPECT_EQ(LastOf(Surface, DrawLineKind).Kind, DrawLineKind);
@@ -253,7 +253,7 @@ TEST(DrawSurfaceScale, TheFramesSurfaceTakesDisplaySizeFiftyAndDrawsTextTwiceAsL
     bool found = false;
     for (int32_t i = 0; i < TheSurface->OperationCount; i++) {
         const MDrawOperation& op = TheSurface->Operations[i];
-        if (op.Kind == DrawTextKind && op.Text == MString(u"DRAW FREEHAND")) {
+        if (op.Kind == DrawTextKind && MString(op.Text) == MString(u"DRAW FREEHAND")) {
             found = true;
             EXPECT_EQ(op.Size, 80);
             EXPECT_EQ(op.X1, 25.0f); // 0.02 * 640 = 12.8, doubled and truncated

@@ -41,10 +41,10 @@ struct Digest {
 };
 
 MString TextOf(const MDrawOperation& op) {
-    return op.Text;
+    return MString(op.Text);
 }
 MString FontOf(const MDrawOperation& op) {
-    return op.Font;
+    return MString(op.Font);
 }
 
 // Every field of every entry, in recording order.
