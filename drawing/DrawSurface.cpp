@@ -73,23 +73,16 @@ bool MDrawSurface::UseFont(const MString& family, int32_t size, int32_t weight, 
     return PlatformNewTextFormat(*this);
 }
 
-void MDrawSurface::Record(const MDrawOperation& operation) {
-    if (OperationCount >= Operations.Count && !Operations.Grow(OperationCount + 1)) return;
-    Operations.Data[OperationCount++] = operation;
-}
-
 // ---- The recording's block
 
 static_assert(std::is_trivially_copyable<MDrawOperation>::value,
               "entries are moved as bytes by realloc");
 
-// A block of this many entries stays well inside the range of its counts.
-static const int32_t MaxRecordedEntries = 1 << 28;
-
 MDrawRecording::MDrawRecording(MDrawRecording&& other) noexcept
-    : Count(other.Count), Data(other.Data) {
+    : Count(other.Count), Data(other.Data), Ready(other.Ready) {
     other.Count = 0;
     other.Data = nullptr;
+    other.Ready = 0;
 }
 
 MDrawRecording& MDrawRecording::operator=(MDrawRecording&& other) noexcept {
@@ -97,29 +90,15 @@ MDrawRecording& MDrawRecording::operator=(MDrawRecording&& other) noexcept {
     std::free(Data);
     Count = other.Count;
     Data = other.Data;
+    Ready = other.Ready;
     other.Count = 0;
     other.Data = nullptr;
+    other.Ready = 0;
     return *this;
 }
 
 MDrawRecording::~MDrawRecording() {
     std::free(Data);
-}
-
-// Doubling from 256 entries keeps a frame of any size to a few growths, and
-// realloc keeps the entries where it can; on failure the block stands.
-bool MDrawRecording::Grow(int32_t needed) {
-    if (needed <= Count) return true;
-    if (needed > MaxRecordedEntries) return false;
-    int32_t count = Count < 256 ? 256 : Count;
-    while (count < needed)
-        count *= 2;
-    if (count > MaxRecordedEntries) count = MaxRecordedEntries;
-    void* block = std::realloc(Data, size_t(count) * sizeof(MDrawOperation));
-    if (!block) return false;
-    Data = static_cast<MDrawOperation*>(block);
-    Count = count;
-    return true;
 }
 
 // ---- Shapes

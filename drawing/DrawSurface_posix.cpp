@@ -9,8 +9,60 @@
 #include "drawing/MPicture.h"
 #include "foundation/Program.h"
 
+#include <cstdlib>
 #include <new>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <utility>
+
+// ---- The recording
+
+// A block of this many entries stays well inside the range of its counts.
+static const int32_t MaxRecordedEntries = 1 << 28;
+// Entries whose pages are made ready at a time, about a megabyte.
+static const int32_t ReadyStep = 16384;
+
+// Doubling from 256 entries keeps a frame of any size to a few growths, and
+// realloc keeps the entries where it can; on failure the block stands.
+bool MDrawRecording::Grow(int32_t needed) {
+    if (needed <= Count) return true;
+    if (needed > MaxRecordedEntries) return false;
+    int32_t count = Count < 256 ? 256 : Count;
+    while (count < needed)
+        count *= 2;
+    if (count > MaxRecordedEntries) count = MaxRecordedEntries;
+    void* block = std::realloc(Data, size_t(count) * sizeof(MDrawOperation));
+    if (!block) return false;
+    Data = static_cast<MDrawOperation*>(block);
+    Count = count;
+    return true;
+}
+
+// The pages of the next entries are asked of the system in one call rather
+// than met one fault at a time as the entries are written; in a virtual
+// machine a fault costs many times the writing of its page. Only the pages
+// about to be written are made ready, so that a doubling of a long recording
+// costs no single frame more than its own entries.
+static void MakeReady(MDrawRecording& recording, int32_t from) {
+    int32_t to = from + ReadyStep < recording.Count ? from + ReadyStep : recording.Count;
+    recording.Ready = to;
+#if defined(MADV_POPULATE_WRITE)
+    static const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
+    uintptr_t start = reinterpret_cast<uintptr_t>(recording.Data + from) & ~(page - 1);
+    uintptr_t end = reinterpret_cast<uintptr_t>(recording.Data + to);
+    // A kernel without the advice, or memory it will not give now, leaves
+    // the faults to come as they would.
+    madvise(reinterpret_cast<void*>(start), end - start, MADV_POPULATE_WRITE);
+#endif
+}
+
+void MDrawSurface::Record(const MDrawOperation& operation) {
+    if (OperationCount >= Operations.Ready) {
+        if (OperationCount >= Operations.Count && !Operations.Grow(OperationCount + 1)) return;
+        MakeReady(Operations, OperationCount);
+    }
+    Operations.Data[OperationCount++] = operation;
+}
 
 static MDrawOperation Entry(int32_t kind) {
     MDrawOperation operation;

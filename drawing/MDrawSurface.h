@@ -81,6 +81,7 @@ struct MDrawOperation {
 struct MDrawRecording {
     int32_t Count = 0;              // entries allocated
     MDrawOperation* Data = nullptr; // owned (malloc); null when Count is 0
+    int32_t Ready = 0;              // entries whose pages the system has given
 
     MDrawRecording() = default;
     MDrawRecording(const MDrawRecording&) = delete;

@@ -11,9 +11,31 @@
 
 #include <cmath>
 
-static MPoint2 OnScreen(const WView& view, const MPoint3& world) {
-    MPoint3 screen = view.ToScreen(world);
-    return MPoint2{screen.x, screen.y};
+// The x and y of view.ToScreen(world), worked here so that the frame's inner
+// loops need no call: the same products and sums in the same order, so the
+// same bits.
+static inline MPoint2 OnScreen(const WView& view, const MPoint3& world) {
+    const MMatrix& m = view.WorldToScreen;
+    if (m.Identity) return MPoint2{world.x, world.y};
+    const float(*M)[4] = m.M;
+    return MPoint2{world.x * M[0][0] + world.y * M[1][0] + world.z * M[2][0] + M[3][0],
+                   world.x * M[0][1] + world.y * M[1][1] + world.z * M[2][1] + M[3][1]};
+}
+
+// BezierPoint(controls, 0, 3, t) without its recursion: the rows of de
+// Casteljau's scheme blend the same values in the same order, so the point
+// is the same to the bit.
+static inline MPoint3 CubicPoint(const MPoint3 controls[4], float t) {
+    if (t <= 0) return controls[0];
+    if (t >= 1) return controls[3];
+    float s = 1 - t;
+    auto blend = [s, t](const MPoint3& a, const MPoint3& b) {
+        return MPoint3{s * a.x + t * b.x, s * a.y + t * b.y, s * a.z + t * b.z};
+    };
+    MPoint3 a = blend(controls[0], controls[1]);
+    MPoint3 b = blend(controls[1], controls[2]);
+    MPoint3 c = blend(controls[2], controls[3]);
+    return blend(blend(a, b), blend(b, c));
 }
 
 static MColour WithAlpha(MColour colour, uint8_t alpha) {
@@ -51,7 +73,7 @@ static void DrawSegment(MDrawSurface& surface, const WView& view, const WSketchP
         int32_t steps = CurveSteps(controls);
         MPoint2 previous = OnScreen(view, controls[0]);
         for (int32_t k = 1; k <= steps; k++) {
-            MPoint2 next = OnScreen(view, BezierPoint(controls, 0, 3, float(k) / float(steps)));
+            MPoint2 next = OnScreen(view, CubicPoint(controls, float(k) / float(steps)));
             surface.DrawLine(previous, next, width, colour);
             previous = next;
         }
@@ -108,8 +130,8 @@ static void DrawRibbonCurve(MDrawSurface& surface, const WView& view, const WSke
     MPoint2 previousPlus, previousMinus;
     for (int32_t k = 0; k <= steps; k++) {
         float t = float(k) / float(steps);
-        MPoint3 p = BezierPoint(controls, 0, 3, t);
-        MPoint3 side = BezierPoint(beside, 0, 3, t) - p;
+        MPoint3 p = CubicPoint(controls, t);
+        MPoint3 side = CubicPoint(beside, t) - p;
         Normalize3(side);
         MPoint2 plus = OnScreen(view, p + side * RibbonHalfWidth);
         MPoint2 minus = OnScreen(view, p - side * RibbonHalfWidth);
