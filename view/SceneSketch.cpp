@@ -57,6 +57,26 @@ static MPoint3 FrameX(const WSketchPoint& record) {
     return MPoint3{frame.M[0][0], frame.M[0][1], frame.M[0][2]};
 }
 
+// CurveSteps(controls) worked with CubicPoint: the chords of the length
+// measure run through the same points (the blend of the two quadratics is
+// the cubic's last row), summed in the same order, and the count follows
+// the same rule of eight steps per started four units.
+static int32_t SegmentSteps(const MPoint3 controls[4]) {
+    static const float quarters[5] = {0.0f, 0.25f, 0.5f, 0.75f, 1.0f};
+    float length = 0;
+    MPoint3 previous = controls[0];
+    for (int32_t k = 1; k < 5; k++) {
+        MPoint3 next = CubicPoint(controls, quarters[k]);
+        length += Length3(next - previous);
+        previous = next;
+    }
+    float quarter = float(double(length) * 0.25);
+    double steps = std::ceil(double(quarter)) * 8;
+    if (!(steps >= 2)) return 2;
+    if (steps > 1000) return 1000;
+    return int32_t(steps);
+}
+
 // ---- Path as lines
 
 // The segment that arrives at records[index], as one line or as CurveSteps
@@ -70,7 +90,7 @@ static void DrawSegment(MDrawSurface& surface, const WView& view, const WSketchP
     } else if (record.Kind == KindCurve) {
         MPoint3 controls[4];
         SegmentControls(records, index, controls);
-        int32_t steps = CurveSteps(controls);
+        int32_t steps = SegmentSteps(controls);
         MPoint2 previous = OnScreen(view, controls[0]);
         for (int32_t k = 1; k <= steps; k++) {
             MPoint2 next = OnScreen(view, CubicPoint(controls, float(k) / float(steps)));
@@ -126,7 +146,7 @@ static void DrawRibbonCurve(MDrawSurface& surface, const WView& view, const WSke
     MPoint3 toShift = FrameX(records[index]) * RibbonHalfWidth;
     MPoint3 beside[4] = {controls[0] + fromShift, controls[1] + fromShift, controls[2] + toShift,
                          controls[3] + toShift};
-    int32_t steps = CurveSteps(controls);
+    int32_t steps = SegmentSteps(controls);
     MPoint2 previousPlus, previousMinus;
     for (int32_t k = 0; k <= steps; k++) {
         float t = float(k) / float(steps);
