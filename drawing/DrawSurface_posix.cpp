@@ -19,8 +19,8 @@
 
 // A block of this many entries stays well inside the range of its counts.
 static const int32_t MaxRecordedEntries = 1 << 28;
-// Entries whose pages are made ready at a time, about a megabyte.
-static const int32_t ReadyStep = 16384;
+// Entries whose pages are made ready at a time, about a third of a megabyte.
+static const int32_t ReadyStep = 4096;
 
 // Doubling from 256 entries keeps a frame of any size to a few growths, and
 // realloc keeps the entries where it can; on failure the block stands.
