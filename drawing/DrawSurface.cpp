@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <type_traits>
+#include <utility>
 
 int32_t TheSurfaceCount = 0;
 
@@ -73,32 +74,65 @@ bool MDrawSurface::UseFont(const MString& family, int32_t size, int32_t weight, 
     return PlatformNewTextFormat(*this);
 }
 
-// ---- The recording's block
+// ---- The recording's blocks
 
-static_assert(std::is_trivially_copyable<MDrawOperation>::value,
+static_assert(std::is_trivially_copyable<MDrawOperation>::value &&
+                  std::is_trivially_copyable<MDrawSlot>::value,
               "entries are moved as bytes by realloc");
+static_assert(sizeof(MDrawSlot) == 32, "two slots to a cache line");
 
-MDrawRecording::MDrawRecording(MDrawRecording&& other) noexcept
-    : Count(other.Count), Data(other.Data), Ready(other.Ready) {
-    other.Count = 0;
-    other.Data = nullptr;
-    other.Ready = 0;
+MDrawRecording::MDrawRecording(MDrawRecording&& other) noexcept {
+    *this = std::move(other);
 }
 
 MDrawRecording& MDrawRecording::operator=(MDrawRecording&& other) noexcept {
     if (this == &other) return *this;
     std::free(Data);
+    std::free(Others);
     Count = other.Count;
     Data = other.Data;
     Ready = other.Ready;
+    Others = other.Others;
+    OtherCount = other.OtherCount;
+    OtherCapacity = other.OtherCapacity;
     other.Count = 0;
     other.Data = nullptr;
     other.Ready = 0;
+    other.Others = nullptr;
+    other.OtherCount = 0;
+    other.OtherCapacity = 0;
     return *this;
 }
 
 MDrawRecording::~MDrawRecording() {
     std::free(Data);
+    std::free(Others);
+}
+
+MDrawOperation MDrawRecording::operator[](int32_t index) const {
+    const MDrawSlot& slot = Data[index];
+    if (slot.Other >= 0) return Others[slot.Other];
+    MDrawOperation op;
+    op.Kind = slot.Kind;
+    op.Filled = slot.Filled;
+    op.Colour = slot.Colour;
+    const float* v = slot.Values;
+    switch (slot.Kind) {
+    case DrawLineKind:
+        op.X1 = v[0], op.Y1 = v[1], op.X2 = v[2], op.Y2 = v[3], op.Width = v[4];
+        return op;
+    case DrawRectangleKind:
+        op.X1 = v[0], op.Y1 = v[1], op.X2 = v[2], op.Y2 = v[3];
+        return op;
+    case DrawCircleKind:
+        op.X1 = v[0], op.Y1 = v[1], op.Radius = v[2], op.Width = v[3];
+        return op;
+    case DrawSquareKind:
+        op.X1 = v[0], op.Y1 = v[1], op.Radius = v[2], op.Angle = v[3], op.Width = v[4];
+        return op;
+    default:
+        return op;
+    }
 }
 
 // ---- Shapes

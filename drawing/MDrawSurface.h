@@ -52,10 +52,9 @@ enum MDrawKind : int32_t {
     DrawBitmapKind,    // destination X1 to Y2, SourceWidth, SourceHeight
 };
 
-// One entry of the recording: plain values only, so that entries are
-// written and moved as bytes. The texts point into the recording surface's
-// Strings, which keeps each distinct text once for the surface's lifetime;
-// they are never null.
+// One entry of the recording, as tests read it. The texts point into the
+// recording surface's Strings, which keeps each distinct text once for the
+// surface's lifetime; they are never null.
 struct MDrawOperation {
     int32_t Kind = DrawBegin;                  // an MDrawKind
     float X1 = 0, Y1 = 0, X2 = 0, Y2 = 0;      // device pixels, see MDrawKind
@@ -74,26 +73,43 @@ struct MDrawOperation {
     const char16_t* Font = u""; // family of the text format
 };
 
-// The entries of a recording in one block whose Count is its capacity, as
-// with MVector. It doubles when full and grows with realloc: a large block
-// then grows by moving its pages rather than copying its bytes, so that a
-// recording that is never emptied costs no frame more than its own entries.
+// An entry as the recording keeps it. Lines, rectangles, circles and
+// squares, nearly all of a frame, fit in 32 bytes with their numbers in
+// Values; every other entry is kept whole in the recording's Others and
+// named by its index.
+struct MDrawSlot {
+    uint8_t Kind = DrawBegin; // an MDrawKind
+    bool Filled = false;
+    MColour Colour;
+    // Line: X1, Y1, X2, Y2, Width. Rectangle: X1, Y1, X2, Y2. Circle: X1,
+    // Y1, Radius, Width. Square: X1, Y1, Radius, Angle, Width.
+    float Values[5] = {0, 0, 0, 0, 0};
+    int32_t Other = -1; // index into Others of an entry kept whole, or -1
+};
+
+// The entries of a recording: slots in one block whose Count is its
+// capacity, as with MVector, and the whole entries of the rarer kinds. Both
+// double when full and grow with realloc: a large block then grows by
+// moving its pages rather than copying its bytes, so that a recording that
+// is never emptied costs no frame more than its own entries.
 struct MDrawRecording {
-    int32_t Count = 0;              // entries allocated
-    MDrawOperation* Data = nullptr; // owned (malloc); null when Count is 0
-    int32_t Ready = 0;              // entries whose pages the system has given
+    int32_t Count = 0;                // slots allocated
+    MDrawSlot* Data = nullptr;        // owned (malloc); null when Count is 0
+    int32_t Ready = 0;                // slots whose pages the system has given
+    MDrawOperation* Others = nullptr; // owned (malloc): entries of the other kinds
+    int32_t OtherCount = 0, OtherCapacity = 0;
 
     MDrawRecording() = default;
     MDrawRecording(const MDrawRecording&) = delete;
     MDrawRecording& operator=(const MDrawRecording&) = delete;
-    // A fresh surface may be moved into an old one: the block goes with it.
+    // A fresh surface may be moved into an old one: the blocks go with it.
     MDrawRecording(MDrawRecording&& other) noexcept;
     MDrawRecording& operator=(MDrawRecording&& other) noexcept;
     ~MDrawRecording();
 
-    MDrawOperation& operator[](int32_t index) { return Data[index]; }
-    const MDrawOperation& operator[](int32_t index) const { return Data[index]; }
-    // Room for at least needed entries; false (and the entries kept) when
+    // The entry at index, whole.
+    MDrawOperation operator[](int32_t index) const;
+    // Room for at least needed slots; false (and the entries kept) when
     // memory runs out.
     bool Grow(int32_t needed);
 };
