@@ -11,7 +11,9 @@
 
 #include "bench/GeneratedSketch.h"
 
+#include <cmath>
 #include <cstring>
+#include <random>
 
 using namespace scenetest;
 
@@ -148,6 +150,53 @@ TEST_F(GeneratedScene, FramesInARowRecordTheSameEntries) {
     EXPECT_EQ(Frame(ModeEditSketch), second);
     EXPECT_NE(first, second);
     EXPECT_GT(count, Surface.OperationCount);
+}
+
+// Curves of all sizes, from a thousandth of a unit to a curve that reaches
+// the sampling limit, in a turned view: every line of the path lies exactly
+// (bit for bit) on the points the model's own BezierPoint, CurveSteps and
+// the view's ToScreen give.
+TEST_F(SceneWorld, PathLinesAreExactlyTheModelsCurvePointsOnTheScreen) {
+    std::mt19937 random(18);
+    std::uniform_real_distribution<float> unit(-1, 1);
+    std::vector<WSketchPoint> records;
+    for (int32_t curve = 0; curve < 300; curve++) {
+        float size = std::pow(10.0f, float(curve % 7) - 3); // 0.001 to 1000
+        auto at = [&]() {
+            return MPoint3{unit(random) * size, unit(random) * size, unit(random) * size};
+        };
+        MPoint3 start = at();
+        records.push_back(Point(KindMove, start, start, at()));
+        MPoint3 end = at();
+        records.push_back(Point(KindCurve, end, at(), end));
+    }
+    SetSketch(records, -1);
+    TheView->SetRotation(YawPitchRoll(0.4f, -0.3f, 0.2f));
+    TheView->ZoomBy(3.7);
+    std::vector<MDrawOperation> drawn = DrawnSketch(ModeDraw);
+
+    size_t next = 0;
+    bool limitReached = false;
+    for (size_t i = 1; i < records.size(); i += 2) {
+        MPoint3 c[4] = {records[i - 1].Position, records[i - 1].HandleOut, records[i].HandleIn,
+                        records[i].Position};
+        int32_t steps = CurveSteps(c);
+        limitReached = limitReached || steps == 1000;
+        MPoint3 previous = TheView->ToScreen(c[0]);
+        for (int32_t k = 1; k <= steps; k++, next++) {
+            MPoint3 point = TheView->ToScreen(BezierPoint(c, 0, 3, float(k) / float(steps)));
+            ASSERT_LT(next, drawn.size());
+            const MDrawOperation& line = drawn[next];
+            ASSERT_EQ(line.Kind, DrawLineKind);
+            ASSERT_EQ(std::memcmp(&line.X1, &previous.x, 4), 0) << "curve " << i << " step " << k;
+            ASSERT_EQ(std::memcmp(&line.Y1, &previous.y, 4), 0) << "curve " << i << " step " << k;
+            ASSERT_EQ(std::memcmp(&line.X2, &point.x, 4), 0) << "curve " << i << " step " << k;
+            ASSERT_EQ(std::memcmp(&line.Y2, &point.y, 4), 0) << "curve " << i << " step " << k;
+            previous = point;
+        }
+    }
+    EXPECT_EQ(next, drawn.size());
+    EXPECT_TRUE(limitReached);
 }
 
 #endif
