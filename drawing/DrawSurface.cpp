@@ -10,7 +10,10 @@
 #include "foundation/Folders.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <initializer_list>
+#include <type_traits>
+#include <utility>
 
 int32_t TheSurfaceCount = 0;
 
@@ -71,12 +74,65 @@ bool MDrawSurface::UseFont(const MString& family, int32_t size, int32_t weight, 
     return PlatformNewTextFormat(*this);
 }
 
-// The recording doubles when full, so a frame of any size costs a few
-// moves of the recording rather than one for every 256 operations.
-void MDrawSurface::Record(const MDrawOperation& operation) {
-    if (!Operations.Grow(OperationCount + 1, Operations.Count > 256 ? Operations.Count : 256))
-        return;
-    Operations[OperationCount++] = operation;
+// ---- The recording's blocks
+
+static_assert(std::is_trivially_copyable<MDrawOperation>::value &&
+                  std::is_trivially_copyable<MDrawSlot>::value,
+              "entries are moved as bytes by realloc");
+static_assert(sizeof(MDrawSlot) == 32, "two slots to a cache line");
+
+MDrawRecording::MDrawRecording(MDrawRecording&& other) noexcept {
+    *this = std::move(other);
+}
+
+MDrawRecording& MDrawRecording::operator=(MDrawRecording&& other) noexcept {
+    if (this == &other) return *this;
+    std::free(Data);
+    std::free(Others);
+    Count = other.Count;
+    Data = other.Data;
+    Ready = other.Ready;
+    Others = other.Others;
+    OtherCount = other.OtherCount;
+    OtherCapacity = other.OtherCapacity;
+    other.Count = 0;
+    other.Data = nullptr;
+    other.Ready = 0;
+    other.Others = nullptr;
+    other.OtherCount = 0;
+    other.OtherCapacity = 0;
+    return *this;
+}
+
+MDrawRecording::~MDrawRecording() {
+    std::free(Data);
+    std::free(Others);
+}
+
+MDrawOperation MDrawRecording::operator[](int32_t index) const {
+    const MDrawSlot& slot = Data[index];
+    if (slot.Other >= 0) return Others[slot.Other];
+    MDrawOperation op;
+    op.Kind = slot.Kind;
+    op.Filled = slot.Filled;
+    op.Colour = slot.Colour;
+    const float* v = slot.Values;
+    switch (slot.Kind) {
+    case DrawLineKind:
+        op.X1 = v[0], op.Y1 = v[1], op.X2 = v[2], op.Y2 = v[3], op.Width = v[4];
+        return op;
+    case DrawRectangleKind:
+        op.X1 = v[0], op.Y1 = v[1], op.X2 = v[2], op.Y2 = v[3];
+        return op;
+    case DrawCircleKind:
+        op.X1 = v[0], op.Y1 = v[1], op.Radius = v[2], op.Width = v[3];
+        return op;
+    case DrawSquareKind:
+        op.X1 = v[0], op.Y1 = v[1], op.Radius = v[2], op.Angle = v[3], op.Width = v[4];
+        return op;
+    default:
+        return op;
+    }
 }
 
 // ---- Shapes
@@ -267,7 +323,7 @@ MString DescribeOperation(const MDrawOperation& op) {
     case DrawNewStroke:
         return MString(u"StrokeStyle");
     case DrawNewFormat:
-        return MString(u"TextFormat \"") + op.Font + "\" " + IntegerText(op.Size) + " " +
+        return MString(u"TextFormat \"") + MString(op.Font) + "\" " + IntegerText(op.Size) + " " +
                IntegerText(op.Weight) + " " + IntegerText(op.Horizontal) + " " +
                IntegerText(op.Vertical) + (op.Wrap ? " wrap" : " nowrap");
     case DrawLineKind:
@@ -281,8 +337,9 @@ MString DescribeOperation(const MDrawOperation& op) {
         return MString(u"Square") + Numbers({op.X1, op.Y1}) + " radius" + Numbers({op.Radius}) +
                " angle" + Numbers({op.Angle}) + fill + width + colour;
     case DrawTextKind:
-        return MString(u"Text") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " \"" + op.Text +
-               "\" \"" + op.Font + "\" " + IntegerText(op.Size) + colour + (op.Clip ? " clip" : "");
+        return MString(u"Text") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " \"" + MString(op.Text) +
+               "\" \"" + MString(op.Font) + "\" " + IntegerText(op.Size) + colour +
+               (op.Clip ? " clip" : "");
     case DrawBitmapKind:
         return MString(u"Bitmap") + Numbers({op.X1, op.Y1, op.X2, op.Y2}) + " source " +
                IntegerText(op.SourceWidth) + " " + IntegerText(op.SourceHeight);

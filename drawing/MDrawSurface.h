@@ -52,22 +52,66 @@ enum MDrawKind : int32_t {
     DrawBitmapKind,    // destination X1 to Y2, SourceWidth, SourceHeight
 };
 
+// One entry of the recording, as tests read it. The texts point into the
+// recording surface's Strings, which keeps each distinct text once for the
+// surface's lifetime; they are never null.
 struct MDrawOperation {
-    int32_t Kind = DrawBegin;             // an MDrawKind
-    float X1 = 0, Y1 = 0, X2 = 0, Y2 = 0; // device pixels, see MDrawKind
-    float Radius = 0;                     // device pixels
-    float Angle = 0;                      // radians: the first corner of a square
-    float Width = 0;                      // line width, device pixels
-    bool Filled = false;
+    int32_t Kind = DrawBegin;                  // an MDrawKind
+    float X1 = 0, Y1 = 0, X2 = 0, Y2 = 0;      // device pixels, see MDrawKind
+    float Radius = 0;                          // device pixels
+    float Angle = 0;                           // radians: the first corner of a square
+    float Width = 0;                           // line width, device pixels
     MColour Colour;                            // the brush's colour at the time
-    MString Text;                              // what a text says
-    MString Font;                              // family of the text format
     int32_t Size = 0;                          // of the text format, device pixels
     int32_t Weight = 0;                        // of the text format
     int32_t Horizontal = 0, Vertical = 0;      // of the text format
-    bool Wrap = false;                         // of the text format
-    bool Clip = false;                         // a text drawn with the clip option
     int32_t SourceWidth = 0, SourceHeight = 0; // pixels of the bitmap drawn
+    bool Filled = false;
+    bool Wrap = false;          // of the text format
+    bool Clip = false;          // a text drawn with the clip option
+    const char16_t* Text = u""; // what a text says
+    const char16_t* Font = u""; // family of the text format
+};
+
+// An entry as the recording keeps it. Lines, rectangles, circles and
+// squares, nearly all of a frame, fit in 32 bytes with their numbers in
+// Values; every other entry is kept whole in the recording's Others and
+// named by its index.
+struct MDrawSlot {
+    uint8_t Kind = DrawBegin; // an MDrawKind
+    bool Filled = false;
+    MColour Colour;
+    // Line: X1, Y1, X2, Y2, Width. Rectangle: X1, Y1, X2, Y2. Circle: X1,
+    // Y1, Radius, Width. Square: X1, Y1, Radius, Angle, Width.
+    float Values[5] = {0, 0, 0, 0, 0};
+    int32_t Other = -1; // index into Others of an entry kept whole, or -1
+};
+
+// The entries of a recording: slots in one block whose Count is its
+// capacity, as with MVector, and the whole entries of the rarer kinds. Both
+// double when full and grow with realloc: a large block then grows by
+// moving its pages rather than copying its bytes, so that a recording that
+// is never emptied costs no frame more than its own entries.
+struct MDrawRecording {
+    int32_t Count = 0;                // slots allocated
+    MDrawSlot* Data = nullptr;        // owned (malloc); null when Count is 0
+    int32_t Ready = 0;                // slots whose pages the system has given
+    MDrawOperation* Others = nullptr; // owned (malloc): entries of the other kinds
+    int32_t OtherCount = 0, OtherCapacity = 0;
+
+    MDrawRecording() = default;
+    MDrawRecording(const MDrawRecording&) = delete;
+    MDrawRecording& operator=(const MDrawRecording&) = delete;
+    // A fresh surface may be moved into an old one: the blocks go with it.
+    MDrawRecording(MDrawRecording&& other) noexcept;
+    MDrawRecording& operator=(MDrawRecording&& other) noexcept;
+    ~MDrawRecording();
+
+    // The entry at index, whole.
+    MDrawOperation operator[](int32_t index) const;
+    // Room for at least needed slots; false (and the entries kept) when
+    // memory runs out.
+    bool Grow(int32_t needed);
 };
 
 struct MDrawSurface {
@@ -91,9 +135,12 @@ struct MDrawSurface {
     bool FontWrap = true;
     bool Counted = false; // the creation raised TheSurfaceCount and the release has not lowered it
 
-    // Native build only: the calls that would have reached the platform, in order.
-    MVector<MDrawOperation> Operations; // Count is the capacity
+    // Native build only: the calls that would have reached the platform, in
+    // order, and the distinct texts and font families they name.
+    MDrawRecording Operations;
     int32_t OperationCount = 0;
+    MVector<MString> Strings; // Count is the capacity; never shrinks while the surface lives
+    int32_t StringCount = 0;
 
     int32_t Width() const { return Right - Left; }
     int32_t Height() const { return Bottom - Top; }

@@ -11,6 +11,7 @@ export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}
 build=$here/build/bench
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 cmake --build "$build" -j "${BUILD_JOBS:-2}" --target SketchBench GeometryBench >/dev/null
+cmake --build "$build" -j "${BUILD_JOBS:-2}" --target FrameBench >/dev/null
 
 data=$build/data
 [ -f "$data/text-page.eps" ] || bench/make_text_page.sh "$data"
@@ -18,3 +19,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 "$build/SketchBench" "$data/text-page.eps" "$scratch"
 "$build/GeometryBench"
+# Each sketch's frames in a process of their own, so that the first frame
+# is the first of a process.
+"$build/FrameBench"
+"$build/FrameBench" "$data/text-page.eps"

@@ -11,9 +11,31 @@
 
 #include <cmath>
 
-static MPoint2 OnScreen(const WView& view, const MPoint3& world) {
-    MPoint3 screen = view.ToScreen(world);
-    return MPoint2{screen.x, screen.y};
+// The x and y of view.ToScreen(world), worked here so that the frame's inner
+// loops need no call: the same products and sums in the same order, so the
+// same bits.
+static inline MPoint2 OnScreen(const WView& view, const MPoint3& world) {
+    const MMatrix& m = view.WorldToScreen;
+    if (m.Identity) return MPoint2{world.x, world.y};
+    const float(*M)[4] = m.M;
+    return MPoint2{world.x * M[0][0] + world.y * M[1][0] + world.z * M[2][0] + M[3][0],
+                   world.x * M[0][1] + world.y * M[1][1] + world.z * M[2][1] + M[3][1]};
+}
+
+// BezierPoint(controls, 0, 3, t) without its recursion: the rows of de
+// Casteljau's scheme blend the same values in the same order, so the point
+// is the same to the bit.
+static inline MPoint3 CubicPoint(const MPoint3 controls[4], float t) {
+    if (t <= 0) return controls[0];
+    if (t >= 1) return controls[3];
+    float s = 1 - t;
+    auto blend = [s, t](const MPoint3& a, const MPoint3& b) {
+        return MPoint3{s * a.x + t * b.x, s * a.y + t * b.y, s * a.z + t * b.z};
+    };
+    MPoint3 a = blend(controls[0], controls[1]);
+    MPoint3 b = blend(controls[1], controls[2]);
+    MPoint3 c = blend(controls[2], controls[3]);
+    return blend(blend(a, b), blend(b, c));
 }
 
 static MColour WithAlpha(MColour colour, uint8_t alpha) {
@@ -35,6 +57,26 @@ static MPoint3 FrameX(const WSketchPoint& record) {
     return MPoint3{frame.M[0][0], frame.M[0][1], frame.M[0][2]};
 }
 
+// CurveSteps(controls) worked with CubicPoint: the chords of the length
+// measure run through the same points (the blend of the two quadratics is
+// the cubic's last row), summed in the same order, and the count follows
+// the same rule of eight steps per started four units.
+static int32_t SegmentSteps(const MPoint3 controls[4]) {
+    static const float quarters[5] = {0.0f, 0.25f, 0.5f, 0.75f, 1.0f};
+    float length = 0;
+    MPoint3 previous = controls[0];
+    for (int32_t k = 1; k < 5; k++) {
+        MPoint3 next = CubicPoint(controls, quarters[k]);
+        length += Length3(next - previous);
+        previous = next;
+    }
+    float quarter = float(double(length) * 0.25);
+    double steps = std::ceil(double(quarter)) * 8;
+    if (!(steps >= 2)) return 2;
+    if (steps > 1000) return 1000;
+    return int32_t(steps);
+}
+
 // ---- Path as lines
 
 // The segment that arrives at records[index], as one line or as CurveSteps
@@ -48,10 +90,10 @@ static void DrawSegment(MDrawSurface& surface, const WView& view, const WSketchP
     } else if (record.Kind == KindCurve) {
         MPoint3 controls[4];
         SegmentControls(records, index, controls);
-        int32_t steps = CurveSteps(controls);
+        int32_t steps = SegmentSteps(controls);
         MPoint2 previous = OnScreen(view, controls[0]);
         for (int32_t k = 1; k <= steps; k++) {
-            MPoint2 next = OnScreen(view, BezierPoint(controls, 0, 3, float(k) / float(steps)));
+            MPoint2 next = OnScreen(view, CubicPoint(controls, float(k) / float(steps)));
             surface.DrawLine(previous, next, width, colour);
             previous = next;
         }
@@ -104,12 +146,12 @@ static void DrawRibbonCurve(MDrawSurface& surface, const WView& view, const WSke
     MPoint3 toShift = FrameX(records[index]) * RibbonHalfWidth;
     MPoint3 beside[4] = {controls[0] + fromShift, controls[1] + fromShift, controls[2] + toShift,
                          controls[3] + toShift};
-    int32_t steps = CurveSteps(controls);
+    int32_t steps = SegmentSteps(controls);
     MPoint2 previousPlus, previousMinus;
     for (int32_t k = 0; k <= steps; k++) {
         float t = float(k) / float(steps);
-        MPoint3 p = BezierPoint(controls, 0, 3, t);
-        MPoint3 side = BezierPoint(beside, 0, 3, t) - p;
+        MPoint3 p = CubicPoint(controls, t);
+        MPoint3 side = CubicPoint(beside, t) - p;
         Normalize3(side);
         MPoint2 plus = OnScreen(view, p + side * RibbonHalfWidth);
         MPoint2 minus = OnScreen(view, p - side * RibbonHalfWidth);

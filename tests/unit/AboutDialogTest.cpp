@@ -7,6 +7,7 @@
 #include "drawing/MDrawSurface.h"
 #include "foundation/Folders.h"
 
+#include <deque>
 #include <filesystem>
 
 namespace {
@@ -39,9 +40,13 @@ class AboutDialogTest : public ShellFixture {
         Target = nullptr;
         ShellFixture::TearDown();
     }
+    std::deque<MDrawOperation> Found; // copies of the entries Find handed out
     const MDrawOperation* Find(const MDrawSurface& surface, int32_t kind, int32_t nth = 0) {
         for (int32_t i = 0; i < surface.OperationCount; i++)
-            if (surface.Operations[i].Kind == kind && nth-- == 0) return &surface.Operations[i];
+            if (surface.Operations[i].Kind == kind && nth-- == 0) {
+                Found.push_back(surface.Operations[i]);
+                return &Found.back();
+            }
         return nullptr;
     }
 };
@@ -131,7 +136,7 @@ TEST_F(AboutDialogTest, APaintDrawsWhiteTheHeadlineAndTheCredit) {
     EXPECT_EQ(credit->Size, 18);
     EXPECT_EQ(credit->Y1, 120);
     EXPECT_EQ(credit->X2, 660);
-    EXPECT_FALSE(credit->Text.IsEmpty());
+    EXPECT_FALSE(MString(credit->Text).IsEmpty());
     // Released, and the button asked to paint itself over the drawing.
     EXPECT_EQ(surface.Operations[surface.OperationCount - 1].Kind, DrawRelease);
     EXPECT_EQ(Dialogs.Closed.Find(1)->Redraws, 1);

@@ -210,7 +210,7 @@ TEST_F(DrawSurface, TextOfLengthZeroDrawsNothingVisibleAndFailsNoCall) {
                      false);
     MDrawOperation text = LastOf(Surface, DrawTextKind);
     ASSERT_EQ(text.Kind, DrawTextKind);
-    EXPECT_TRUE(text.Text.IsEmpty());
+    EXPECT_TRUE(MString(text.Text).IsEmpty());
     // The surface goes on drawing.
     Surface.DrawLine(MPoint2{0, 0}, MPoint2{5, 5}, 1, Black);
     EXPECT_EQ(LastOf(Surface, DrawLineKind).Kind, DrawLineKind);
@@ -253,7 +253,7 @@ TEST(DrawSurfaceScale, TheFramesSurfaceTakesDisplaySizeFiftyAndDrawsTextTwiceAsL
     bool found = false;
     for (int32_t i = 0; i < TheSurface->OperationCount; i++) {
         const MDrawOperation& op = TheSurface->Operations[i];
-        if (op.Kind == DrawTextKind && op.Text == MString(u"DRAW FREEHAND")) {
+        if (op.Kind == DrawTextKind && MString(op.Text) == MString(u"DRAW FREEHAND")) {
             found = true;
             EXPECT_EQ(op.Size, 80);
             EXPECT_EQ(op.X1, 25.0f); // 0.02 * 640 = 12.8, doubled and truncated
@@ -462,6 +462,97 @@ TEST(DrawRecording, DescribesEachKindOnOneLine) {
     op.Colour = MColour{1, 2, 3, 128};
     EXPECT_EQ(U16(DescribeOperation(op)),
               u"Square 1.5 2 radius 8 angle -0.5 open width 2 colour 1 2 3 128");
+}
+
+// ---- The recording
+
+TEST_F(DrawSurface, ALongRecordingReadsBackEveryEntryInOrder) {
+    // Far past the first block and several doublings, shapes and texts mixed.
+    const int32_t lines = 300000;
+    for (int32_t i = 0; i < lines; i++) {
+        Surface.DrawLine(MPoint2{float(i), 1}, MPoint2{2, float(-i)}, float(i % 7), Black);
+        if (i % 50000 == 0)
+            Surface.DrawText(MDrawRect{0, 0, 100, 20}, IntegerText(i), MString(u"Tahoma"), 12, Red,
+                             2, 2, i % 100000 == 0);
+    }
+    ASSERT_EQ(CountOf(Surface, DrawLineKind), lines);
+    int32_t line = 0, text = 0;
+    for (int32_t k = 0; k < Surface.OperationCount; k++) {
+        MDrawOperation op = Surface.Operations[k];
+        if (op.Kind == DrawLineKind) {
+            ASSERT_EQ(op.X1, float(line));
+            ASSERT_EQ(op.Y2, float(-line));
+            ASSERT_EQ(op.Width, float(line % 7));
+            ASSERT_EQ(op.Colour.a, 255);
+            ASSERT_FALSE(op.Filled);
+            ASSERT_EQ(op.Radius, 0.0f);
+            ASSERT_EQ(MString(op.Text), MString());
+            line++;
+        } else if (op.Kind == DrawTextKind) {
+            EXPECT_EQ(U16(MString(op.Text)), U16(IntegerText(text * 50000)));
+            EXPECT_EQ(U16(MString(op.Font)), u"Tahoma");
+            EXPECT_EQ(op.Clip, text % 2 == 0);
+            EXPECT_EQ(op.Colour.r, 255);
+            text++;
+        }
+    }
+    EXPECT_EQ(text, 6);
+}
+
+TEST_F(DrawSurface, AnEntryRecordedWholeReadsBackWhole) {
+    MDrawOperation odd;
+    odd.Kind = DrawLineKind; // a line with fields no line of the platform has
+    odd.X1 = 1, odd.Radius = 2, odd.Size = 3, odd.SourceHeight = 4, odd.Wrap = true;
+    odd.Text = u"kept";
+    Surface.Record(odd);
+    ASSERT_EQ(Surface.OperationCount, 1);
+    MDrawOperation back = Surface.Operations[0];
+    EXPECT_EQ(back.Kind, DrawLineKind);
+    EXPECT_EQ(back.X1, 1.0f);
+    EXPECT_EQ(back.Radius, 2.0f);
+    EXPECT_EQ(back.Size, 3);
+    EXPECT_EQ(back.SourceHeight, 4);
+    EXPECT_TRUE(back.Wrap);
+    EXPECT_EQ(U16(MString(back.Text)), u"kept");
+}
+
+TEST_F(DrawSurface, ShapesReadBackWithTheirOwnFieldsOnly) {
+    Surface.DrawRectangle(MDrawRect{1, 2, 30, 40}, Red);
+    Surface.DrawCircle(MPoint2{5, 6}, 7, Blue, true, 3, true);
+    Surface.DrawSquare(MPoint2{8, 9}, 10, Black, false, 4, 0.5f, true);
+    EXPECT_EQ(Text(Surface), u"Brush 0 0 255 255\nRectangle 1 2 30 40 colour 0 0 255 255\n"
+                             u"Brush 255 0 0 255\nCircle 5 6 radius 7 filled width 3 colour 255 "
+                             u"0 0 255\nBrush 0 0 0 255\nSquare 8 9 radius 10 angle 0.5 open "
+                             u"width 4 colour 0 0 0 255\n");
+    MDrawOperation square = LastOf(Surface, DrawSquareKind);
+    EXPECT_EQ(square.X2, 0.0f);
+    EXPECT_EQ(square.Size, 0);
+    EXPECT_EQ(MString(square.Font), MString());
+}
+
+TEST_F(DrawSurface, ARecordingBegunAnewKeepsOnlyItsNewEntries) {
+    for (int32_t i = 0; i < 100; i++)
+        Surface.DrawText(MDrawRect{0, 0, 100, 20}, MString(u"a"), MString(u"Tahoma"), 12, Black, 2,
+                         2, false);
+    Surface.OperationCount = 0;
+    Surface.DrawText(MDrawRect{0, 0, 100, 20}, MString(u"b"), MString(u"Tahoma"), 12, Black, 2, 2,
+                     false);
+    EXPECT_EQ(Surface.Operations.OtherCount, 1) << "the entries of before are gone";
+    EXPECT_EQ(Text(Surface), u"Text 0 0 100 20 \"b\" \"Tahoma\" 12 colour 0 0 0 255\n");
+}
+
+TEST_F(DrawSurface, EachTextIsKeptOnceAndStaysWhereItIs) {
+    Surface.DrawText(MDrawRect{0, 0, 100, 20}, MString(u"same"), MString(u"Tahoma"), 12, Black, 2,
+                     2, false);
+    const char16_t* first = LastOf(Surface, DrawTextKind).Text;
+    for (int32_t i = 0; i < 1000; i++) // many other texts: the table grows
+        Surface.DrawText(MDrawRect{0, 0, 100, 20}, IntegerText(i), MString(u"Tahoma"), 12, Black, 2,
+                         2, false);
+    Surface.DrawText(MDrawRect{0, 0, 100, 20}, MString(u"same"), MString(u"Tahoma"), 12, Black, 2,
+                     2, false);
+    EXPECT_EQ(LastOf(Surface, DrawTextKind).Text, first);
+    EXPECT_EQ(U16(MString(first)), u"same");
+    EXPECT_EQ(Surface.StringCount, 1002); // "same", the family and the thousand numbers
 }
 
 #endif

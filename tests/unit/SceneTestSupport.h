@@ -83,8 +83,8 @@ inline MDrawOperation Text(float left, float top, float right, float bottom, con
     MDrawOperation op;
     op.Kind = DrawTextKind;
     op.X1 = left, op.Y1 = top, op.X2 = right, op.Y2 = bottom;
-    op.Text = MString(text);
-    op.Font = MString(u"Segoe UI Light");
+    op.Text = text;
+    op.Font = u"Segoe UI Light";
     op.Size = size;
     op.Colour = colour;
     op.Horizontal = AlignNear;
@@ -115,8 +115,8 @@ inline bool Same(const MDrawOperation& a, const MDrawOperation& e) {
            Near(a.Y2, e.Y2) && Near(a.Radius, e.Radius) && Near(a.Angle, e.Angle) &&
            Near(a.Width, e.Width) && a.Filled == e.Filled && a.Colour.b == e.Colour.b &&
            a.Colour.g == e.Colour.g && a.Colour.r == e.Colour.r && a.Colour.a == e.Colour.a &&
-           a.Text == e.Text &&
-           (e.Kind != DrawTextKind || (a.Font == e.Font && a.Size == e.Size &&
+           MString(a.Text) == MString(e.Text) &&
+           (e.Kind != DrawTextKind || (MString(a.Font) == MString(e.Font) && a.Size == e.Size &&
                                        a.Horizontal == e.Horizontal && a.Vertical == e.Vertical));
 }
 
