@@ -9,6 +9,8 @@
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
 
+#include <cstring>
+
 namespace {
 
 // ---- The word lists
@@ -46,11 +48,23 @@ void AddWord(EpsWords& words, int32_t list, const MString& word) {
     words.List[list][words.Used[list]++] = word;
 }
 
+// The last token of a line, as the word tests see it: its units after the
+// escapes are decoded.
+struct LastToken {
+    const char16_t* Units = u""; // not zero-terminated in general
+    int32_t Length = 0;
+    MString Decoded; // holds the units when the token had to be decoded
+};
+
 // Exact and case-sensitive; a blanked word matches nothing.
-bool InList(const EpsWords& words, int32_t list, const MString& token) {
+bool InList(const EpsWords& words, int32_t list, const LastToken& token) {
     for (int32_t i = 0; i < words.Used[list]; i++) {
         const MString& word = words.List[list][i];
-        if (!word.IsEmpty() && word == token) return true;
+        if (word.IsEmpty() || word.Length != token.Length) continue;
+        int32_t k = 0;
+        while (k < token.Length && word.Text[k] == token.Units[k])
+            k++;
+        if (k == token.Length) return true;
     }
     return false;
 }
@@ -97,7 +111,7 @@ const MPoint3 RollUp{0, 0, 1};
 // Token index as a float; a token that is missing or no number gives 0, and
 // so does a NaN.
 float Number(const MTextFile& file, int32_t index) {
-    float value = ParseFloat(file.Token(index));
+    float value = file.TokenFloat(index);
     return value == value ? value : 0.0f;
 }
 
@@ -119,6 +133,35 @@ bool BeginsWith(const MString& text, const char16_t* prefix) {
     for (; prefix[i]; i++)
         if (i >= text.Length || text.Text[i] != prefix[i]) return false;
     return true;
+}
+
+// Escapes begin with "<" or "&".
+bool HoldsEscape(const char16_t* text) {
+    for (; *text; text++)
+        if (*text == u'<' || *text == u'&') return true;
+    return false;
+}
+
+// Units of a token before its escapes are decoded.
+int32_t RawLength(const MTextFile& file, int32_t index) {
+    const char16_t* raw = file.Tokens.Items[index].Data;
+    int32_t length = 0;
+    if (raw)
+        while (raw[length])
+            length++;
+    return length;
+}
+
+// Whether the trimmed line could be the cairo creator line or an alias line:
+// each begins with "%" or "/". A line with an escape in it is decoded and
+// looked at as a whole, since a decoded line end is trimmed away.
+bool MaybeSpecialLine(const MTextFile& file) {
+    const char16_t* line = file.WideLine.Data;
+    if (!line) return false;
+    if (HoldsEscape(line)) return true;
+    while (*line && (*line <= 32 || *line == 127))
+        line++;
+    return *line == u'%' || *line == u'/';
 }
 
 // ---- Records
@@ -247,27 +290,44 @@ bool ReadOneLine(EpsReader& r) {
     const MTextFile& file = *r.File;
     const int32_t n = file.TokenCount();
     const EpsWords& words = r.Words;
-    const MString lastToken = file.Token(n - 1);
-    auto last = [&](int32_t list) { return InList(words, list, lastToken); };
-
-    if (n == 1 && EqualsIgnoringCase(file.Token(0), u"%%EOF")) return false;
-
-    MString line = file.Line();
-    line.Trim();
-    if (BeginsWith(line, u"%%Creator: cairo")) {
-        r.IsCairo = true;
-        MFile& bytes = r.File->File;
-        if (bytes.InMemory && bytes.Memory.Data)
-            MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
-        return true;
-    }
-    for (const AliasLine& alias : AliasLines) {
-        if (line == MString(alias.Line)) {
-            Rebind(r.Words, MString(alias.Word), alias.List);
-            return true;
+    LastToken lastToken;
+    if (n > 0) {
+        const char16_t* raw = file.Tokens.Items[n - 1].Data;
+        if (raw && !HoldsEscape(raw)) {
+            lastToken.Units = raw;
+            while (raw[lastToken.Length])
+                lastToken.Length++;
+        } else {
+            lastToken.Decoded = file.Token(n - 1);
+            lastToken.Units = lastToken.Decoded.Chars();
+            lastToken.Length = lastToken.Decoded.Length;
         }
     }
-    if (n > 0 && file.Token(0) == MString(u"%%Cinderlane")) {
+    auto last = [&](int32_t list) { return InList(words, list, lastToken); };
+
+    // Only a token of five units, escapes and all, can read "%%EOF".
+    if (n == 1 && RawLength(file, 0) == 5 && EqualsIgnoringCase(file.Token(0), u"%%EOF"))
+        return false;
+
+    if (MaybeSpecialLine(file)) {
+        MString line = file.Line();
+        line.Trim();
+        if (BeginsWith(line, u"%%Creator: cairo")) {
+            r.IsCairo = true;
+            MFile& bytes = r.File->File;
+            if (bytes.InMemory && bytes.Memory.Data)
+                MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
+            return true;
+        }
+        for (const AliasLine& alias : AliasLines) {
+            if (line == MString(alias.Line)) {
+                Rebind(r.Words, MString(alias.Word), alias.List);
+                return true;
+            }
+        }
+    }
+    static const MString Cinderlane(u"%%Cinderlane");
+    if (n > 0 && file.TokenIs(0, Cinderlane)) {
         Comment(r);
         return true;
     }
@@ -345,8 +405,41 @@ void Finish(MEpsPath& path) {
         path.Records[i].Roll = RollUp;
 }
 
+// Bytes equal to what in the block, counted a block of the C library's
+// search at a time.
+int32_t CountBytes(const uint8_t* data, int32_t size, uint8_t what) {
+    int32_t count = 0;
+    const uint8_t* end = data + size;
+    for (const void* at = std::memchr(data, what, size_t(size)); at;) {
+        count++;
+        const uint8_t* after = static_cast<const uint8_t*>(at) + 1;
+        at = after < end ? std::memchr(after, what, size_t(end - after)) : nullptr;
+    }
+    return count;
+}
+
+// A line adds one record at most, and only a line of three tokens or more:
+// five characters and its end at least ("0 0 m"). A file held in memory thus
+// tells at once how much room its records can need: taken in one
+// allocation, in steps of 1000 as ever, it spares the reader a new, larger
+// array (and a copy of all records so far) at every thousandth record. It is
+// only a reserve: lines that the cairo rewrite makes, or lines of a file
+// that mixes its line ends, are grown for as they come.
+void ReserveRecords(const MTextFile& file, MEpsPath& path) {
+    const MFile& bytes = file.File;
+    if (!bytes.InMemory || !bytes.Memory.Data) return;
+    const uint8_t* data = bytes.Memory.Data;
+    const int32_t size = bytes.Memory.Count;
+    int32_t feeds = CountBytes(data, size, '\n'), returns = CountBytes(data, size, '\r');
+    int32_t lines = (feeds > returns ? feeds : returns) + 1;
+    int32_t most = size / 6 + 1;
+    if (lines > most) lines = most;
+    path.Records.SetCount((lines + 999) / 1000 * 1000);
+}
+
 void ReadAll(MTextFile& file, MEpsPath& path) {
     if (!file.IsOpen) return;
+    ReserveRecords(file, path);
     EpsReader r;
     r.Path = &path;
     r.File = &file;

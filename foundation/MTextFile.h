@@ -50,6 +50,10 @@ struct MTextFile {
     MString Token(int32_t index) const;
     int32_t TokenCount() const { return Tokens.Count; }
     bool TokenBool(int32_t index) const;
+    // ParseFloat(Token(index)) and Token(index) == text, without building
+    // the token's string when it holds no escape.
+    float TokenFloat(int32_t index) const;
+    bool TokenIs(int32_t index, const MString& text) const;
 
     void AppendText(MString value);
     void AppendInteger(int32_t value);
