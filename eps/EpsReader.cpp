@@ -104,6 +104,7 @@ struct EpsReader {
     MMatrix Matrix;        // from the last concat; replaced, never multiplied
     bool IsCairo = false;  // the file said it came from cairo
     int32_t OpenMove = -1; // the one record of kind EpsMoveOpen, or -1 when there is none
+    int32_t Reserve = 0;   // records to make room for at the first one, see ReserveRecords
 };
 
 const MPoint3 RollUp{0, 0, 1};
@@ -128,13 +129,6 @@ bool EqualsIgnoringCase(MString text, const char16_t* literal) {
     return text == MString(literal);
 }
 
-bool BeginsWith(const MString& text, const char16_t* prefix) {
-    int32_t i = 0;
-    for (; prefix[i]; i++)
-        if (i >= text.Length || text.Text[i] != prefix[i]) return false;
-    return true;
-}
-
 // Escapes begin with "<" or "&".
 bool HoldsEscape(const char16_t* text) {
     for (; *text; text++)
@@ -152,17 +146,47 @@ int32_t RawLength(const MTextFile& file, int32_t index) {
     return length;
 }
 
-// Whether the trimmed line could be the cairo creator line or an alias line:
-// each begins with "%" or "/". A line with an escape in it is decoded and
-// looked at as a whole, since a decoded line end is trimmed away.
-bool MaybeSpecialLine(const MTextFile& file) {
-    const char16_t* line = file.WideLine.Data;
-    if (!line) return false;
-    if (HoldsEscape(line)) return true;
-    while (*line && (*line <= 32 || *line == 127))
-        line++;
-    return *line == u'%' || *line == u'/';
-}
+// The line as the creator and alias tests see it: decoded and trimmed. A
+// line without an escape is its own decoding, and is looked at in place.
+struct TrimmedLine {
+    const char16_t* Units = u"";
+    int32_t Length = 0;
+    MString Decoded; // holds the units of a line that had to be decoded
+
+    explicit TrimmedLine(const MTextFile& file) {
+        const char16_t* line = file.WideLine.Data;
+        if (!line) return;
+        if (HoldsEscape(line)) {
+            Decoded = file.Line();
+            Decoded.Trim();
+            Units = Decoded.Chars();
+            Length = Decoded.Length;
+            return;
+        }
+        auto blank = [](char16_t c) { return c <= 32 || c == 127; };
+        int32_t end = 0;
+        while (line[end])
+            end++;
+        int32_t first = 0;
+        while (first < end && blank(line[first]))
+            first++;
+        while (end > first && blank(line[end - 1]))
+            end--;
+        Units = line + first;
+        Length = end - first;
+    }
+    bool BeginsWith(const char16_t* prefix) const {
+        for (int32_t i = 0; prefix[i]; i++)
+            if (i >= Length || Units[i] != prefix[i]) return false;
+        return true;
+    }
+    bool Is(const char16_t* literal) const {
+        int32_t n = 0;
+        while (literal[n])
+            n++;
+        return n == Length && BeginsWith(literal);
+    }
+};
 
 // ---- Records
 
@@ -171,6 +195,10 @@ bool MaybeSpecialLine(const MTextFile& file) {
 void Append(EpsReader& r, uint32_t kind, const MPoint3& a, const MPoint3& b, const MPoint3& c,
             const MPoint3& roll) {
     MEpsPath& path = *r.Path;
+    if (path.Used == 0 && path.Records.Count == 0 && r.Reserve > 0) {
+        path.Records.SetCount(r.Reserve);
+        r.Reserve = 0;
+    }
     if (!path.Records.Grow(path.Used + 1, 1000)) {
         path.Used = 0;
         r.OpenMove = -1;
@@ -309,21 +337,18 @@ bool ReadOneLine(EpsReader& r) {
     if (n == 1 && RawLength(file, 0) == 5 && EqualsIgnoringCase(file.Token(0), u"%%EOF"))
         return false;
 
-    if (MaybeSpecialLine(file)) {
-        MString line = file.Line();
-        line.Trim();
-        if (BeginsWith(line, u"%%Creator: cairo")) {
-            r.IsCairo = true;
-            MFile& bytes = r.File->File;
-            if (bytes.InMemory && bytes.Memory.Data)
-                MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
+    const TrimmedLine line(file);
+    if (line.BeginsWith(u"%%Creator: cairo")) {
+        r.IsCairo = true;
+        MFile& bytes = r.File->File;
+        if (bytes.InMemory && bytes.Memory.Data)
+            MCairo::RewritePage(bytes.Memory.Data, bytes.Memory.Count);
+        return true;
+    }
+    for (const AliasLine& alias : AliasLines) {
+        if (line.Is(alias.Line)) {
+            Rebind(r.Words, MString(alias.Word), alias.List);
             return true;
-        }
-        for (const AliasLine& alias : AliasLines) {
-            if (line == MString(alias.Line)) {
-                Rebind(r.Words, MString(alias.Word), alias.List);
-                return true;
-            }
         }
     }
     static const MString Cinderlane(u"%%Cinderlane");
@@ -423,26 +448,27 @@ int32_t CountBytes(const uint8_t* data, int32_t size, uint8_t what) {
 // tells at once how much room its records can need: taken in one
 // allocation, in steps of 1000 as ever, it spares the reader a new, larger
 // array (and a copy of all records so far) at every thousandth record. It is
-// only a reserve: lines that the cairo rewrite makes, or lines of a file
-// that mixes its line ends, are grown for as they come.
-void ReserveRecords(const MTextFile& file, MEpsPath& path) {
+// only a reserve, taken when the first record comes: lines that the cairo
+// rewrite makes, or lines of a file that mixes its line ends, are grown for
+// as they come.
+int32_t ReserveRecords(const MTextFile& file) {
     const MFile& bytes = file.File;
-    if (!bytes.InMemory || !bytes.Memory.Data) return;
+    if (!bytes.InMemory || !bytes.Memory.Data) return 0;
     const uint8_t* data = bytes.Memory.Data;
     const int32_t size = bytes.Memory.Count;
     int32_t feeds = CountBytes(data, size, '\n'), returns = CountBytes(data, size, '\r');
     int32_t lines = (feeds > returns ? feeds : returns) + 1;
     int32_t most = size / 6 + 1;
     if (lines > most) lines = most;
-    path.Records.SetCount((lines + 999) / 1000 * 1000);
+    return (lines + 999) / 1000 * 1000;
 }
 
 void ReadAll(MTextFile& file, MEpsPath& path) {
     if (!file.IsOpen) return;
-    ReserveRecords(file, path);
     EpsReader r;
     r.Path = &path;
     r.File = &file;
+    r.Reserve = ReserveRecords(file);
     for (int32_t list = 0; list < WordListCount; list++)
         for (const char* word : StartWords[list])
             if (word) AddWord(r.Words, list, Narrow(word));
