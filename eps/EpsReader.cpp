@@ -156,7 +156,7 @@ struct TrimmedLine {
     explicit TrimmedLine(const MTextFile& file) {
         const char16_t* line = file.WideLine.Data;
         if (!line) return;
-        if (HoldsEscape(line)) {
+        if (!file.Tokens.Plain && HoldsEscape(line)) {
             Decoded = file.Line();
             Decoded.Trim();
             Units = Decoded.Chars();
@@ -180,11 +180,12 @@ struct TrimmedLine {
             if (i >= Length || Units[i] != prefix[i]) return false;
         return true;
     }
+    // The line holds no zero unit, so a shorter literal stops the loop at
+    // its terminator.
     bool Is(const char16_t* literal) const {
-        int32_t n = 0;
-        while (literal[n])
-            n++;
-        return n == Length && BeginsWith(literal);
+        for (int32_t i = 0; i < Length; i++)
+            if (literal[i] != Units[i]) return false;
+        return literal[Length] == 0;
     }
 };
 
@@ -321,7 +322,7 @@ bool ReadOneLine(EpsReader& r) {
     LastToken lastToken;
     if (n > 0) {
         const char16_t* raw = file.Tokens.Items[n - 1].Data;
-        if (raw && !HoldsEscape(raw)) {
+        if (raw && (file.Tokens.Plain || !HoldsEscape(raw))) {
             lastToken.Units = raw;
             while (raw[lastToken.Length])
                 lastToken.Length++;

@@ -122,12 +122,15 @@ bool ReadUnit(MTextFile& text, char16_t* unit) {
 void SplitTokens(MTextFile& text) {
     MTextTokens& tokens = text.Tokens;
     tokens.Count = 0;
+    tokens.Plain = true;
     int32_t length = 0;
     if (text.WideLine.Data) {
         const char16_t* c = text.WideLine.Data;
         int32_t units = 0, kept = 0;
-        for (; c[units]; units++)
+        for (; c[units]; units++) {
             if (c[units] != u'\r' && c[units] != u'\n') kept++;
+            if (c[units] == u'<' || c[units] == u'&') tokens.Plain = false;
+        }
         if (kept > 0 && GrowInSteps(tokens.Line, kept + 1, LineStep))
             for (int32_t i = 0; i < units; i++)
                 if (c[i] != u'\r' && c[i] != u'\n') tokens.Line[length++] = c[i];
@@ -310,7 +313,7 @@ float MTextFile::TokenFloat(int32_t index) const {
         length++;
     // A plain number never holds an escape, and the parse takes the others
     // to the slow path, where the decoded token is parsed.
-    if (!MayHoldEscape(token)) return ParseFloatUnits(token, length);
+    if (Tokens.Plain || !MayHoldEscape(token)) return ParseFloatUnits(token, length);
     return ParseFloat(Token(index));
 }
 
@@ -318,7 +321,7 @@ bool MTextFile::TokenIs(int32_t index, const MString& text) const {
     if (index < 0 || index >= Tokens.Count) return text.IsEmpty();
     const char16_t* token = Tokens.Items[index].Data;
     if (!token) return text.IsEmpty();
-    if (MayHoldEscape(token)) return Token(index) == text;
+    if (!Tokens.Plain && MayHoldEscape(token)) return Token(index) == text;
     int32_t i = 0;
     for (; token[i]; i++)
         if (i >= text.Length || token[i] != text.Text[i]) return false;

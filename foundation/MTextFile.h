@@ -23,6 +23,7 @@ struct MTextTokens {
     MVector<char16_t> Line;           // the line without CR and LF, zero-terminated
     int32_t Count = 0;                // tokens filled
     MVector<MVector<char16_t>> Items; // token buffers, each zero-terminated
+    bool Plain = false; // the line holds no "<" and no "&", so no escape: tokens read as they stand
 };
 
 struct MTextFile {
