@@ -44,14 +44,24 @@ void Substitute(uint8_t* text, int32_t length, const char* find, const char* wit
     }
     if (n == 0 || !text) return;
     int32_t size = int32_t(n);
-    // Only a place that holds the first byte can start an occurrence, and
-    // memchr finds those far faster than a comparison at every byte.
-    const uint8_t first = uint8_t(find[0]);
+    // An occurrence is found by one byte of it that the C library's search
+    // finds fast: the first that is neither a blank nor a line feed, which
+    // fill the page, else the first. The occurrences are still taken from
+    // the left: the anchor of the next one lies at its start plus the same
+    // offset, so the anchors come in the order of the starts.
+    int32_t anchor = 0;
+    while (anchor < size && (find[anchor] == ' ' || find[anchor] == '\n'))
+        anchor++;
+    if (anchor == size) anchor = 0;
+    const uint8_t mark = uint8_t(find[anchor]);
     for (int32_t i = 0; i + size <= length;) {
-        const void* hit = std::memchr(text + i, first, size_t(length - size - i + 1));
+        const void* hit = std::memchr(text + i + anchor, mark, size_t(length - size - i + 1));
         if (!hit) break;
-        i = int32_t(static_cast<const uint8_t*>(hit) - text);
-        if (std::memcmp(text + i, find, n) == 0) {
+        i = int32_t(static_cast<const uint8_t*>(hit) - text) - anchor;
+        int32_t k = 0;
+        while (k < size && text[i + k] == uint8_t(find[k]))
+            k++;
+        if (k == size) {
             std::memcpy(text + i, with, n);
             i += size;
         } else {

@@ -9,6 +9,8 @@
 #include "foundation/MTextFile.h"
 #include "foundation/Platform.h"
 
+#include <cstring>
+
 namespace {
 
 // ---- The word lists
@@ -46,11 +48,23 @@ void AddWord(EpsWords& words, int32_t list, const MString& word) {
     words.List[list][words.Used[list]++] = word;
 }
 
+// The last token of a line, as the word tests see it: its units after the
+// escapes are decoded.
+struct LastToken {
+    const char16_t* Units = u""; // not zero-terminated in general
+    int32_t Length = 0;
+    MString Decoded; // holds the units when the token had to be decoded
+};
+
 // Exact and case-sensitive; a blanked word matches nothing.
-bool InList(const EpsWords& words, int32_t list, const MString& token) {
+bool InList(const EpsWords& words, int32_t list, const LastToken& token) {
     for (int32_t i = 0; i < words.Used[list]; i++) {
         const MString& word = words.List[list][i];
-        if (!word.IsEmpty() && word == token) return true;
+        if (word.IsEmpty() || word.Length != token.Length) continue;
+        int32_t k = 0;
+        while (k < token.Length && word.Text[k] == token.Units[k])
+            k++;
+        if (k == token.Length) return true;
     }
     return false;
 }
@@ -90,6 +104,7 @@ struct EpsReader {
     MMatrix Matrix;        // from the last concat; replaced, never multiplied
     bool IsCairo = false;  // the file said it came from cairo
     int32_t OpenMove = -1; // the one record of kind EpsMoveOpen, or -1 when there is none
+    int32_t Reserve = 0;   // records to make room for at the first one, see ReserveRecords
 };
 
 const MPoint3 RollUp{0, 0, 1};
@@ -97,7 +112,7 @@ const MPoint3 RollUp{0, 0, 1};
 // Token index as a float; a token that is missing or no number gives 0, and
 // so does a NaN.
 float Number(const MTextFile& file, int32_t index) {
-    float value = ParseFloat(file.Token(index));
+    float value = file.TokenFloat(index);
     return value == value ? value : 0.0f;
 }
 
@@ -114,12 +129,65 @@ bool EqualsIgnoringCase(MString text, const char16_t* literal) {
     return text == MString(literal);
 }
 
-bool BeginsWith(const MString& text, const char16_t* prefix) {
-    int32_t i = 0;
-    for (; prefix[i]; i++)
-        if (i >= text.Length || text.Text[i] != prefix[i]) return false;
-    return true;
+// Escapes begin with "<" or "&".
+bool HoldsEscape(const char16_t* text) {
+    for (; *text; text++)
+        if (*text == u'<' || *text == u'&') return true;
+    return false;
 }
+
+// Units of a token before its escapes are decoded.
+int32_t RawLength(const MTextFile& file, int32_t index) {
+    const char16_t* raw = file.Tokens.Items[index].Data;
+    int32_t length = 0;
+    if (raw)
+        while (raw[length])
+            length++;
+    return length;
+}
+
+// The line as the creator and alias tests see it: decoded and trimmed. A
+// line without an escape is its own decoding, and is looked at in place.
+struct TrimmedLine {
+    const char16_t* Units = u"";
+    int32_t Length = 0;
+    MString Decoded; // holds the units of a line that had to be decoded
+
+    explicit TrimmedLine(const MTextFile& file) {
+        const char16_t* line = file.WideLine.Data;
+        if (!line) return;
+        if (!file.Tokens.Plain && HoldsEscape(line)) {
+            Decoded = file.Line();
+            Decoded.Trim();
+            Units = Decoded.Chars();
+            Length = Decoded.Length;
+            return;
+        }
+        auto blank = [](char16_t c) { return c <= 32 || c == 127; };
+        int32_t end = 0;
+        while (line[end])
+            end++;
+        int32_t first = 0;
+        while (first < end && blank(line[first]))
+            first++;
+        while (end > first && blank(line[end - 1]))
+            end--;
+        Units = line + first;
+        Length = end - first;
+    }
+    bool BeginsWith(const char16_t* prefix) const {
+        for (int32_t i = 0; prefix[i]; i++)
+            if (i >= Length || Units[i] != prefix[i]) return false;
+        return true;
+    }
+    // The line holds no zero unit, so a shorter literal stops the loop at
+    // its terminator.
+    bool Is(const char16_t* literal) const {
+        for (int32_t i = 0; i < Length; i++)
+            if (literal[i] != Units[i]) return false;
+        return literal[Length] == 0;
+    }
+};
 
 // ---- Records
 
@@ -128,6 +196,10 @@ bool BeginsWith(const MString& text, const char16_t* prefix) {
 void Append(EpsReader& r, uint32_t kind, const MPoint3& a, const MPoint3& b, const MPoint3& c,
             const MPoint3& roll) {
     MEpsPath& path = *r.Path;
+    if (path.Used == 0 && path.Records.Count == 0 && r.Reserve > 0) {
+        path.Records.SetCount(r.Reserve);
+        r.Reserve = 0;
+    }
     if (!path.Records.Grow(path.Used + 1, 1000)) {
         path.Used = 0;
         r.OpenMove = -1;
@@ -247,14 +319,27 @@ bool ReadOneLine(EpsReader& r) {
     const MTextFile& file = *r.File;
     const int32_t n = file.TokenCount();
     const EpsWords& words = r.Words;
-    const MString lastToken = file.Token(n - 1);
+    LastToken lastToken;
+    if (n > 0) {
+        const char16_t* raw = file.Tokens.Items[n - 1].Data;
+        if (raw && (file.Tokens.Plain || !HoldsEscape(raw))) {
+            lastToken.Units = raw;
+            while (raw[lastToken.Length])
+                lastToken.Length++;
+        } else {
+            lastToken.Decoded = file.Token(n - 1);
+            lastToken.Units = lastToken.Decoded.Chars();
+            lastToken.Length = lastToken.Decoded.Length;
+        }
+    }
     auto last = [&](int32_t list) { return InList(words, list, lastToken); };
 
-    if (n == 1 && EqualsIgnoringCase(file.Token(0), u"%%EOF")) return false;
+    // Only a token of five units, escapes and all, can read "%%EOF".
+    if (n == 1 && RawLength(file, 0) == 5 && EqualsIgnoringCase(file.Token(0), u"%%EOF"))
+        return false;
 
-    MString line = file.Line();
-    line.Trim();
-    if (BeginsWith(line, u"%%Creator: cairo")) {
+    const TrimmedLine line(file);
+    if (line.BeginsWith(u"%%Creator: cairo")) {
         r.IsCairo = true;
         MFile& bytes = r.File->File;
         if (bytes.InMemory && bytes.Memory.Data)
@@ -262,12 +347,13 @@ bool ReadOneLine(EpsReader& r) {
         return true;
     }
     for (const AliasLine& alias : AliasLines) {
-        if (line == MString(alias.Line)) {
+        if (line.Is(alias.Line)) {
             Rebind(r.Words, MString(alias.Word), alias.List);
             return true;
         }
     }
-    if (n > 0 && file.Token(0) == MString(u"%%Cinderlane")) {
+    static const MString Cinderlane(u"%%Cinderlane");
+    if (n > 0 && file.TokenIs(0, Cinderlane)) {
         Comment(r);
         return true;
     }
@@ -345,11 +431,45 @@ void Finish(MEpsPath& path) {
         path.Records[i].Roll = RollUp;
 }
 
+// Bytes equal to what in the block, counted a block of the C library's
+// search at a time.
+int32_t CountBytes(const uint8_t* data, int32_t size, uint8_t what) {
+    int32_t count = 0;
+    const uint8_t* end = data + size;
+    for (const void* at = std::memchr(data, what, size_t(size)); at;) {
+        count++;
+        const uint8_t* after = static_cast<const uint8_t*>(at) + 1;
+        at = after < end ? std::memchr(after, what, size_t(end - after)) : nullptr;
+    }
+    return count;
+}
+
+// A line adds one record at most, and only a line of three tokens or more:
+// five characters and its end at least ("0 0 m"). A file held in memory thus
+// tells at once how much room its records can need: taken in one
+// allocation, in steps of 1000 as ever, it spares the reader a new, larger
+// array (and a copy of all records so far) at every thousandth record. It is
+// only a reserve, taken when the first record comes: lines that the cairo
+// rewrite makes, or lines of a file that mixes its line ends, are grown for
+// as they come.
+int32_t ReserveRecords(const MTextFile& file) {
+    const MFile& bytes = file.File;
+    if (!bytes.InMemory || !bytes.Memory.Data) return 0;
+    const uint8_t* data = bytes.Memory.Data;
+    const int32_t size = bytes.Memory.Count;
+    int32_t feeds = CountBytes(data, size, '\n'), returns = CountBytes(data, size, '\r');
+    int32_t lines = (feeds > returns ? feeds : returns) + 1;
+    int32_t most = size / 6 + 1;
+    if (lines > most) lines = most;
+    return (lines + 999) / 1000 * 1000;
+}
+
 void ReadAll(MTextFile& file, MEpsPath& path) {
     if (!file.IsOpen) return;
     EpsReader r;
     r.Path = &path;
     r.File = &file;
+    r.Reserve = ReserveRecords(file);
     for (int32_t list = 0; list < WordListCount; list++)
         for (const char* word : StartWords[list])
             if (word) AddWord(r.Words, list, Narrow(word));

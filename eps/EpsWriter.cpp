@@ -10,20 +10,67 @@
 #include "show/WriteShows.h"
 #include "sketch/WSketch.h"
 
+#include <climits>
+#include <cstdlib>
+
 namespace {
 
-// One field and the blank behind it.
-void AppendNumber(MString& text, float value) {
-    text += MString(value);
-    text += MString(u" ");
-}
+// The text of a file being built: 7-bit characters gathered as bytes in one
+// block that realloc grows by doubling (moving pages rather than copying and
+// clearing them). Printing each number into a string of its own and joining
+// wide strings cost more than everything else of a save together.
+struct EpsText {
+    char* Bytes = nullptr; // owned, from malloc; null when memory ran out
+    int32_t Used = 0;      // bytes filled
+    int32_t Size = 0;      // bytes allocated
+    bool Failed = false;   // memory ran out: the text is incomplete
 
-// x y, or x y z in the 3D forms.
-void AppendPoint(MString& text, const MPoint3& p, bool threeD) {
-    AppendNumber(text, p.x);
-    AppendNumber(text, p.y);
-    if (threeD) AppendNumber(text, p.z);
-}
+    EpsText() = default;
+    EpsText(const EpsText&) = delete;
+    EpsText& operator=(const EpsText&) = delete;
+    ~EpsText() { std::free(Bytes); }
+
+    bool Room(int32_t more) {
+        if (Failed) return false;
+        if (Used + int64_t(more) <= Size) return true;
+        int64_t grown = int64_t(Size) * 2;
+        if (grown < Used + int64_t(more) + 65536) grown = Used + int64_t(more) + 65536;
+        if (grown > INT32_MAX) grown = INT32_MAX;
+        void* block = grown >= Used + int64_t(more) ? std::realloc(Bytes, size_t(grown)) : nullptr;
+        if (!block) {
+            Failed = true;
+            return false;
+        }
+        Bytes = static_cast<char*>(block);
+        Size = int32_t(grown);
+        return true;
+    }
+    void Append(const char16_t* text) {
+        int32_t n = 0;
+        while (text[n])
+            n++;
+        if (!Room(n)) return;
+        for (int32_t i = 0; i < n; i++)
+            Bytes[Used++] = char(text[i]);
+    }
+    void Append(const MString& text) {
+        if (!Room(text.Length)) return;
+        for (int32_t i = 0; i < text.Length; i++)
+            Bytes[Used++] = char(text.Text[i]);
+    }
+    // One field and the blank behind it.
+    void AppendNumber(float value) {
+        if (!Room(FloatTextSize + 1)) return;
+        Used += FloatText(value, Bytes + Used);
+        Bytes[Used++] = ' ';
+    }
+    // x y, or x y z in the 3D forms.
+    void AppendPoint(const MPoint3& p, bool threeD) {
+        AppendNumber(p.x);
+        AppendNumber(p.y);
+        if (threeD) AppendNumber(p.z);
+    }
+};
 
 // What ends a path before the next move and before the trailer.
 const char16_t* PathEnd(bool solid) {
@@ -56,43 +103,61 @@ MString MakeEpsTrailer() {
     return MString(u"grestore\r\n%%EOF\r\n");
 }
 
+namespace {
+
 // The operand count of every path line follows from two choices made once:
 // a sketch that is flat and saved without rolls is written in 2D; anything
 // else carries z, and with SaveRoll the roll too. A flat sketch's common z is
 // therefore lost in the 2D form. The HandleOut of a point is written by the
 // curve that follows it, and the handles of lines not at all.
-MString MakeSketchEps(const WSketch& sketch, const WSettings& settings) {
+void BuildSketchEps(const WSketch& sketch, const WSettings& settings, EpsText& text) {
     const bool threeD = !(sketch.IsFlat() && !settings.SaveRoll);
     const bool withRoll = threeD && settings.SaveRoll;
     const bool solid = settings.SaveSolid;
 
     float box[6];
     sketch.GetBounds(box);
-    MString text = MakeEpsHeader(settings.Centre, settings.Scale, settings.MaxLinesPerCurve, box);
+    text.Append(MakeEpsHeader(settings.Centre, settings.Scale, settings.MaxLinesPerCurve, box));
 
     bool drawn = false; // a line or curve has been written; never cleared
     for (int32_t i = 0; i < sketch.PointCount; i++) {
         const WSketchPoint& p = sketch.Points[i];
         const char16_t* op;
         if (p.Kind == KindMove) {
-            if (drawn) text += MString(PathEnd(solid));
+            if (drawn) text.Append(PathEnd(solid));
             op = u"moveto\r\n";
         } else if (p.Kind == KindLine) {
             op = u"lineto\r\n";
         } else if (p.Kind == KindCurve) {
-            if (i > 0) AppendPoint(text, sketch.Points[i - 1].HandleOut, threeD);
-            AppendPoint(text, p.HandleIn, threeD);
+            if (i > 0) text.AppendPoint(sketch.Points[i - 1].HandleOut, threeD);
+            text.AppendPoint(p.HandleIn, threeD);
             op = u"curveto\r\n";
         } else {
             continue;
         }
-        AppendPoint(text, p.Position, threeD);
-        if (withRoll) AppendPoint(text, p.Roll, true);
-        text += MString(op);
+        text.AppendPoint(p.Position, threeD);
+        if (withRoll) text.AppendPoint(p.Roll, true);
+        text.Append(op);
         if (p.Kind != KindMove) drawn = true;
     }
-    if (drawn) text += MString(PathEnd(solid));
-    text += MakeEpsTrailer();
+    if (drawn) text.Append(PathEnd(solid));
+    text.Append(MakeEpsTrailer());
+}
+
+} // namespace
+
+MString MakeSketchEps(const WSketch& sketch, const WSettings& settings) {
+    EpsText bytes;
+    BuildSketchEps(sketch, settings, bytes);
+    MString text;
+    if (bytes.Failed || bytes.Used == 0) return text;
+    text.Reserve(bytes.Used + 1, false);
+    char16_t* wide = text.Text;
+    const unsigned char* narrow = reinterpret_cast<const unsigned char*>(bytes.Bytes);
+    for (int32_t i = 0; i < bytes.Used; i++)
+        wide[i] = narrow[i];
+    wide[bytes.Used] = 0;
+    text.Length = bytes.Used;
     return text;
 }
 
@@ -135,8 +200,10 @@ bool SaveEps(MString& path) {
     // The earlier file is replaced only once the whole new text is on the
     // disk: a full disk or a file held elsewhere leaves it as it was, and
     // the sketch stays marked changed.
-    MString text = MakeSketchEps(*sketch, *settings);
-    if (!ReplaceTextFile(text, path, Encoding8Bit)) return false;
+    // The text is all 7-bit, so its bytes are those of the 8-bit encoding.
+    EpsText text;
+    BuildSketchEps(*sketch, *settings, text);
+    if (text.Failed || !ReplaceFileBytes(text.Bytes, text.Used, path)) return false;
 
     sketch->Modified = 0;
     WriteShows(path);

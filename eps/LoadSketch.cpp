@@ -47,7 +47,7 @@ MPoint3 Mirror(const MPoint3& q, const MPoint3& p) {
 
 // A token as a float; missing, no number or NaN give 0.
 float Number(const MTextFile& file, int32_t index) {
-    float value = ParseFloat(file.Token(index));
+    float value = file.TokenFloat(index);
     return value == value ? value : 0.0f;
 }
 
@@ -81,6 +81,14 @@ bool LoadEpsRecords(WSketch& sketch, WSettings& settings, const MEpsPath& eps,
     settings.MaxLinesPerCurve = eps.MaxLinesPerCurve;
     settings.SaveSolid = eps.Solid;
     settings.SaveRoll = eps.HasRoll;
+
+    // Each record adds one point at most: the room is made at once, in the
+    // steps of 1000 that appending point by point would have taken.
+    if (eps.Used > sketch.Points.Count) {
+        int32_t missing = eps.Used - sketch.Points.Count;
+        if (!sketch.Points.SetCount(sketch.Points.Count + (missing + 999) / 1000 * 1000))
+            sketch.PointCount = 0;
+    }
 
     for (int32_t i = 0; i < eps.Used; i++) {
         const MEpsRecord& record = eps.Records[i];

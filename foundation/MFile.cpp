@@ -70,12 +70,11 @@ bool MFile::Read(void* buffer, uint32_t size) {
 // written at once; one at least as large as the block goes straight through
 // after what is pending. The file holds the same bytes in the same order as
 // with one system call per Write.
-static const int32_t WriteBlock = 64 * 1024;
 
 // True only if exactly size bytes were written, or taken into the block; a
 // write that the system refuses, now or when the block is handed over, gives
 // false and its bytes are dropped. A memory copy is read-only.
-bool MFile::Write(const void* buffer, uint32_t size) {
+bool MFile::WriteBlocks(const void* buffer, uint32_t size) {
     // A file opened for reading refuses every write, as its handle would.
     if (!IsOpen || InMemory || !ForWriting || !buffer) return false;
     if (size == 0) return true;

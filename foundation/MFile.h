@@ -8,8 +8,11 @@
 #include "foundation/MVector.h"
 
 #include <cstdint>
+#include <cstring>
 
 struct MFile {
+    static const int32_t WriteBlock = 64 * 1024; // bytes gathered before a system write
+
     bool IsOpen = false;
     void* Handle = nullptr; // the platform's handle; null when closed or in memory
     bool ForWriting = false;
@@ -28,7 +31,18 @@ struct MFile {
     bool Open(const MString& path, bool forWriting, bool toMemory);
     bool OpenMemory(const void* bytes, int32_t size);
     bool Read(void* buffer, uint32_t size);
-    bool Write(const void* buffer, uint32_t size);
+    // A text stream writes a character per call, so the common case, a few
+    // bytes that fit in the block without filling it, is taken here.
+    bool Write(const void* buffer, uint32_t size) {
+        if (size > 0 && size < uint32_t(WriteBlock) && PendingCount + int64_t(size) < WriteBlock &&
+            Pending.Count == WriteBlock && ForWriting && IsOpen && !InMemory && buffer) {
+            std::memcpy(Pending.Data + PendingCount, buffer, size);
+            PendingCount += int32_t(size);
+            return true;
+        }
+        return WriteBlocks(buffer, size);
+    }
+    bool WriteBlocks(const void* buffer, uint32_t size);
     bool Flush();
     int32_t Tell();
     bool Seek(int32_t position);

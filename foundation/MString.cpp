@@ -54,11 +54,12 @@ MString Join(const char16_t* a, int32_t aLength, const char16_t* b, int32_t bLen
 struct WideBuffer {
     wchar_t Small[64];
     wchar_t* Units = Small;
-    explicit WideBuffer(const MString& text) {
-        if (text.Length >= 64) Units = new wchar_t[size_t(text.Length) + 1];
-        for (int32_t i = 0; i < text.Length; i++)
-            Units[i] = wchar_t(text.Text[i]);
-        Units[text.Length] = 0;
+    explicit WideBuffer(const MString& text) : WideBuffer(text.Text, text.Length) {}
+    WideBuffer(const char16_t* units, int32_t length) {
+        if (length >= 64) Units = new wchar_t[size_t(length) + 1];
+        for (int32_t i = 0; i < length; i++)
+            Units[i] = wchar_t(units[i]);
+        Units[length] = 0;
     }
     ~WideBuffer() {
         if (Units != Small) delete[] Units;
@@ -96,17 +97,14 @@ MString::MString(const char16_t* wide) {
 }
 
 MString::MString(float value) {
-    char buffer[65];
-    std::snprintf(buffer, sizeof buffer, "%f", double(value));
-    size_t n = std::strlen(buffer);
-    if (std::strchr(buffer, '.')) {
-        while (n > 0 && buffer[n - 1] == '0')
-            n--;
-        if (n > 0 && buffer[n - 1] == '.') n--;
-        buffer[n] = 0;
-    }
-    if (std::strcmp(buffer, "-0") == 0) std::strcpy(buffer, "0");
-    AssignNarrow(buffer, 0);
+    char buffer[FloatTextSize];
+    int32_t length = FloatText(value, buffer);
+    if (length == 0) return;
+    Text = new char16_t[size_t(length) + 1];
+    for (int32_t i = 0; i <= length; i++)
+        Text[i] = char16_t(static_cast<unsigned char>(buffer[i]));
+    Length = length;
+    Capacity = length + 1;
 }
 
 MString::~MString() {
@@ -400,6 +398,94 @@ MString MString::Line(int32_t index) const {
     }
 }
 
+// ---- Float text
+
+namespace {
+
+// The text of "%f" of the float widened to double, cut as FloatText says,
+// from the C library itself.
+int32_t PrintedFloatText(float value, char buffer[FloatTextSize]) {
+    std::snprintf(buffer, FloatTextSize, "%f", double(value));
+    size_t n = std::strlen(buffer);
+    if (std::strchr(buffer, '.')) {
+        while (n > 0 && buffer[n - 1] == '0')
+            n--;
+        if (n > 0 && buffer[n - 1] == '.') n--;
+        buffer[n] = 0;
+    }
+    if (std::strcmp(buffer, "-0") == 0) std::strcpy(buffer, "0");
+    return int32_t(std::strlen(buffer));
+}
+
+} // namespace
+
+// A float is m * 2^e with an integer m below 2^24, so its value times a
+// million is an exact binary fraction: rounding that to an integer, halves to
+// the even neighbour as the C library rounds, gives the six decimals of "%f"
+// exactly, without the library's arbitrary-precision arithmetic. Values of
+// 2^34 and more, infinities and NaNs are left to the library.
+int32_t FloatText(float value, char buffer[FloatTextSize]) {
+    uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    const bool negative = (bits >> 31) != 0;
+    const int32_t exponent = int32_t((bits >> 23) & 0xFF);
+    uint64_t mantissa = bits & 0x7FFFFFu;
+    if (exponent == 0xFF) return PrintedFloatText(value, buffer);
+    int32_t power = exponent == 0 ? -149 : exponent - 150;
+    if (exponent != 0) mantissa |= 0x800000u;
+    if (power > 10) return PrintedFloatText(value, buffer);
+
+    const uint64_t Million = 1000000;
+    uint64_t millionths;
+    if (power >= 0) {
+        millionths = (mantissa << power) * Million;
+    } else {
+        uint64_t scaled = mantissa * Million; // below 2^44
+        int32_t shift = -power;
+        if (shift >= 64) {
+            millionths = 0;
+        } else {
+            millionths = scaled >> shift;
+            uint64_t rest = scaled & ((uint64_t(1) << shift) - 1);
+            uint64_t half = uint64_t(1) << (shift - 1);
+            if (rest > half || (rest == half && (millionths & 1) != 0)) millionths++;
+        }
+    }
+
+    int32_t n = 0;
+    if (millionths == 0) {
+        buffer[n++] = '0';
+        buffer[n] = 0;
+        return n;
+    }
+    if (negative) buffer[n++] = '-';
+    char digits[24];
+    int32_t count = 0;
+    uint64_t whole = millionths / Million;
+    do {
+        digits[count++] = char('0' + whole % 10);
+        whole /= 10;
+    } while (whole > 0);
+    while (count > 0)
+        buffer[n++] = digits[--count];
+    uint32_t fraction = uint32_t(millionths % Million);
+    if (fraction != 0) {
+        buffer[n++] = '.';
+        int32_t places = 6;
+        while (fraction % 10 == 0) {
+            fraction /= 10;
+            places--;
+        }
+        for (int32_t k = places - 1; k >= 0; k--) {
+            buffer[n + k] = char('0' + fraction % 10);
+            fraction /= 10;
+        }
+        n += places;
+    }
+    buffer[n] = 0;
+    return n;
+}
+
 // ---- Free helpers
 
 MString Narrow(const char* text) {
@@ -417,9 +503,46 @@ MString IntegerText(int64_t value) {
 // wcstod reads "nan", "inf" and hexadecimal floats too; a NaN is handed on,
 // and every reader replaces it.
 float ParseFloat(const MString& text) {
-    if (text.Length == 0) return 0;
-    WideBuffer units(text);
-    return float(std::wcstod(units.Units, nullptr));
+    return ParseFloatUnits(text.Text, text.Length);
+}
+
+// A plain decimal of at most 15 digits, such as every EPS writer prints, is
+// an integer below 2^53 divided by a power of ten of at most 22: both are
+// exact doubles, so the one division is the correctly rounded double of the
+// text, which is what the library's conversion gives, and the same float
+// follows from it. Anything else (exponents, hexadecimal, "inf", "nan",
+// blanks, longer digit strings, text behind the number) goes to the library.
+float ParseFloatUnits(const char16_t* units, int32_t length) {
+    if (!units || length <= 0) return 0;
+    static const double Tens[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    int32_t i = 0;
+    bool negative = units[0] == u'-';
+    if (negative || units[0] == u'+') i = 1;
+    uint64_t whole = 0;
+    int32_t digits = 0, significant = 0, decimals = 0;
+    bool point = false, plain = true;
+    for (; i < length && plain; i++) {
+        char16_t c = units[i];
+        if (c >= u'0' && c <= u'9') {
+            digits++;
+            if (whole != 0 || c != u'0') significant++;
+            whole = whole * 10 + uint64_t(c - u'0');
+            if (point) decimals++;
+            plain = significant <= 15 && decimals <= 22;
+        } else if (c == u'.' && !point) {
+            point = true;
+        } else {
+            plain = false;
+        }
+    }
+    if (plain && digits > 0) {
+        double value = double(whole) / Tens[decimals];
+        return float(negative ? -value : value);
+    }
+    WideBuffer wide(units, length);
+    return float(std::wcstod(wide.Units, nullptr));
 }
 
 // wcstol is 32 bits wide on Windows and clamps there; the clamp keeps the

@@ -50,6 +50,13 @@ MString Narrow(const char* text);
 MString IntegerText(int64_t value);
 // Number parsing: text that is no number gives 0; NaN is left to the caller.
 float ParseFloat(const MString& text);
+// The same for length units that need not be zero-terminated.
+float ParseFloatUnits(const char16_t* units, int32_t length);
+
+// The text of a float as MString(value) makes it, written into buffer with a
+// terminator; returns its length. The buffer holds FloatTextSize chars.
+const int32_t FloatTextSize = 65;
+int32_t FloatText(float value, char buffer[FloatTextSize]);
 int32_t ParseInteger(const MString& text);
 
 // Checked allocation for raw buffers: null for size 0 or when memory runs out.

@@ -58,6 +58,14 @@ template <typename T> void Terminate(MVector<T>& buffer, int32_t length) {
     if (buffer.Grow(length + 1, LineStep)) buffer[length] = 0;
 }
 
+// Makes room for needed elements in the same steps as storing one unit at a
+// time would have taken, with a single allocation.
+template <typename T> bool GrowInSteps(MVector<T>& buffer, int32_t needed, int32_t step) {
+    if (needed <= buffer.Count) return true;
+    int32_t missing = needed - buffer.Count;
+    return buffer.SetCount(buffer.Count + (missing + step - 1) / step * step);
+}
+
 bool IsSeparator(char16_t c) {
     return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
 }
@@ -108,13 +116,25 @@ bool ReadUnit(MTextFile& text, char16_t* unit) {
 // count as one; a token that begins with a double quote runs to the next one,
 // blanks included, and loses both quotes. There is no escape inside quotes:
 // the escapes are decoded only when a token is taken.
+//
+// Each buffer is sized once for what it will hold, in the steps that storing
+// a unit at a time would have grown it by, and then filled by copying.
 void SplitTokens(MTextFile& text) {
     MTextTokens& tokens = text.Tokens;
     tokens.Count = 0;
+    tokens.Plain = true;
     int32_t length = 0;
-    if (text.WideLine.Data)
-        for (const char16_t* c = text.WideLine.Data; *c; c++)
-            if (*c != u'\r' && *c != u'\n') StoreUnit(tokens.Line, &length, *c, LineStep);
+    if (text.WideLine.Data) {
+        const char16_t* c = text.WideLine.Data;
+        int32_t units = 0, kept = 0;
+        for (; c[units]; units++) {
+            if (c[units] != u'\r' && c[units] != u'\n') kept++;
+            if (c[units] == u'<' || c[units] == u'&') tokens.Plain = false;
+        }
+        if (kept > 0 && GrowInSteps(tokens.Line, kept + 1, LineStep))
+            for (int32_t i = 0; i < units; i++)
+                if (c[i] != u'\r' && c[i] != u'\n') tokens.Line[length++] = c[i];
+    }
     Terminate(tokens.Line, length);
     if (length == 0 || !tokens.Line.Data) return;
 
@@ -130,18 +150,55 @@ void SplitTokens(MTextFile& text) {
             return;
         }
         MVector<char16_t>& item = tokens.Items[tokens.Count++];
-        int32_t size = 0;
+        int32_t first = i, size;
         if (line[i] == u'"') {
-            i++;
+            first = ++i;
             while (i < length && line[i] != u'"')
-                StoreUnit(item, &size, line[i++], TokenTextStep);
+                i++;
+            size = i - first;
             if (i < length) i++; // the closing quote
         } else {
             while (i < length && !IsSeparator(line[i]))
-                StoreUnit(item, &size, line[i++], TokenTextStep);
+                i++;
+            size = i - first;
         }
-        if (item.Grow(size + 1, TokenTextStep)) item[size] = 0;
+        if (!GrowInSteps(item, size + 1, TokenTextStep)) continue;
+        for (int32_t k = 0; k < size; k++)
+            item[k] = line[first + k];
+        item[size] = 0;
     }
+}
+
+// ReadLine for 8-bit text held in memory: the line is found with one scan
+// of the bytes and widened in one pass, and the position is left where
+// reading a byte at a time leaves it (a lone CR's follower pushed back, a CR
+// at the very end consumed).
+bool ReadMemoryLine(MTextFile& text) {
+    MFile& file = text.File;
+    const uint8_t* bytes = file.Memory.Data;
+    const int32_t size = file.Memory.Count;
+    const int32_t start = file.Position;
+    if (!bytes || start < 0 || start >= size) {
+        Terminate(text.WideLine, 0);
+        return false;
+    }
+    int32_t end = start;
+    while (end < size && bytes[end] != '\n' && bytes[end] != '\r')
+        end++;
+    int32_t next = end;
+    if (end < size) {
+        next = end + 1;
+        if (bytes[end] == '\r' && next < size && bytes[next] == '\n') next++;
+    }
+    file.Position = next;
+
+    int32_t length = end - start;
+    if (length > 0 && !GrowInSteps(text.WideLine, length + 1, LineStep)) length = 0;
+    for (int32_t i = 0; i < length; i++)
+        text.WideLine[i] = bytes[start + i];
+    Terminate(text.WideLine, length);
+    SplitTokens(text);
+    return true;
 }
 
 } // namespace
@@ -186,6 +243,8 @@ MTextFile::MTextFile(const void* bytes, int32_t size) {
 // and a conversion that fails ends the reading with false.
 bool MTextFile::ReadLine() {
     Tokens.Count = 0;
+    if (IsOpen && !ForWriting && File.InMemory && Encoding == Encoding8Bit)
+        return ReadMemoryLine(*this);
     int32_t length = 0;
     bool utf8 = Encoding == EncodingUtf8;
     bool any = false;
@@ -236,6 +295,37 @@ MString MTextFile::Line() const {
 MString MTextFile::Token(int32_t index) const {
     if (index < 0 || index >= Tokens.Count) return MString();
     return DecodeEscapes(MString(Tokens.Items[index].Data));
+}
+
+// Escapes begin with "<" or "&"; a token without either reads as it stands.
+static bool MayHoldEscape(const char16_t* text) {
+    for (; *text; text++)
+        if (*text == u'<' || *text == u'&') return true;
+    return false;
+}
+
+float MTextFile::TokenFloat(int32_t index) const {
+    if (index < 0 || index >= Tokens.Count) return 0;
+    const char16_t* token = Tokens.Items[index].Data;
+    if (!token) return 0;
+    int32_t length = 0;
+    while (token[length])
+        length++;
+    // A plain number never holds an escape, and the parse takes the others
+    // to the slow path, where the decoded token is parsed.
+    if (Tokens.Plain || !MayHoldEscape(token)) return ParseFloatUnits(token, length);
+    return ParseFloat(Token(index));
+}
+
+bool MTextFile::TokenIs(int32_t index, const MString& text) const {
+    if (index < 0 || index >= Tokens.Count) return text.IsEmpty();
+    const char16_t* token = Tokens.Items[index].Data;
+    if (!token) return text.IsEmpty();
+    if (!Tokens.Plain && MayHoldEscape(token)) return Token(index) == text;
+    int32_t i = 0;
+    for (; token[i]; i++)
+        if (i >= text.Length || token[i] != text.Text[i]) return false;
+    return i == text.Length;
 }
 
 bool MTextFile::TokenBool(int32_t index) const {

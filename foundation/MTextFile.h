@@ -23,6 +23,7 @@ struct MTextTokens {
     MVector<char16_t> Line;           // the line without CR and LF, zero-terminated
     int32_t Count = 0;                // tokens filled
     MVector<MVector<char16_t>> Items; // token buffers, each zero-terminated
+    bool Plain = false; // the line holds no "<" and no "&", so no escape: tokens read as they stand
 };
 
 struct MTextFile {
@@ -50,6 +51,10 @@ struct MTextFile {
     MString Token(int32_t index) const;
     int32_t TokenCount() const { return Tokens.Count; }
     bool TokenBool(int32_t index) const;
+    // ParseFloat(Token(index)) and Token(index) == text, without building
+    // the token's string when it holds no escape.
+    float TokenFloat(int32_t index) const;
+    bool TokenIs(int32_t index, const MString& text) const;
 
     void AppendText(MString value);
     void AppendInteger(int32_t value);

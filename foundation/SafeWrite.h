@@ -13,6 +13,8 @@
 // path is open in another program. Empty text returns true and touches
 // nothing.
 bool ReplaceTextFile(const MString& text, const MString& path, int32_t encoding);
+// The same for size bytes that are already encoded.
+bool ReplaceFileBytes(const void* bytes, int32_t size, const MString& path);
 
 // ---- The platform half (SafeWrite_win.cpp, SafeWrite_posix.cpp).
 

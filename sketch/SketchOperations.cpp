@@ -8,35 +8,115 @@
 #include "foundation/MString.h"
 #include "foundation/Platform.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace {
 
-// Removes count records at index; the capacity stays.
-void RemoveRecords(WSketch& sketch, int32_t index, int32_t count) {
-    for (int32_t i = index; i + count < sketch.PointCount; i++)
-        sketch.Points[i] = sketch.Points[i + count];
-    sketch.PointCount -= count;
-}
+// ---- Curves drawn twice
 
-// The records of the curve that begins at start, up to the next KindMove.
-int32_t CurveLength(const WSketch& sketch, int32_t start) {
-    int32_t n = 1;
-    while (start + n < sketch.PointCount && sketch.Points[start + n].Kind != KindMove)
-        n++;
-    return n;
-}
+// The search for repeated curves, done in the order a plain search does it:
+// for each curve start i in turn, the later curve starts j are tried in
+// order; when the records of the curve at i repeat at j, as many records are
+// removed at j, and the search for i begins again, as the curve before j
+// has taken over what remained of j's curve (and i's own curve has, when
+// that was i's). Records are only marked as removed, in a list of the live
+// records, and the array is closed up once at the end.
+//
+// Only a curve start whose position coincides with that of i can repeat it,
+// and coinciding x coordinates lie in the same or neighbouring cells of
+// 2^-14: the starts are sorted by cell once, so that each i tries only the
+// few starts near its own position instead of every later one.
+void RemoveDuplicateCurves(WSketch& sketch) {
+    const int32_t n = sketch.PointCount;
+    const WSketchPoint* points = sketch.Points.Data;
+    if (n < 2 || !points) return;
 
-// True when the count records from j repeat those from i in kind and
-// position, so the curve at i is drawn a second time at j.
-bool RecordsRepeat(const WSketch& sketch, int32_t i, int32_t j, int32_t count) {
-    if (j + count > sketch.PointCount) return false;
-    for (int32_t k = 0; k < count; k++) {
-        const WSketchPoint& a = sketch.Points[i + k];
-        const WSketchPoint& b = sketch.Points[j + k];
-        if (a.Kind != b.Kind || !Coincide(a.Position, b.Position)) return false;
+    // The live records as a list in array order; -1 ends it.
+    std::vector<int32_t> next(static_cast<size_t>(n)), previous(static_cast<size_t>(n));
+    for (int32_t k = 0; k < n; k++) {
+        next[size_t(k)] = k + 1 < n ? k + 1 : -1;
+        previous[size_t(k)] = k - 1;
     }
-    return true;
+    std::vector<uint8_t> removed(static_cast<size_t>(n), 0);
+
+    // Curve starts with a finite x, by cell and then by index. A start with
+    // an x that is no number or infinite coincides with nothing.
+    struct Start {
+        double Cell;
+        int32_t Index;
+    };
+    std::vector<Start> starts;
+    auto cellOf = [](float x) { return std::floor(double(x) * 16384.0); };
+    for (int32_t k = 0; k < n; k++)
+        if (points[k].Kind == KindMove && std::isfinite(points[k].Position.x))
+            starts.push_back(Start{cellOf(points[k].Position.x), k});
+    std::sort(starts.begin(), starts.end(), [](const Start& a, const Start& b) {
+        return a.Cell < b.Cell || (a.Cell == b.Cell && a.Index < b.Index);
+    });
+
+    // Live records from i up to the next curve start.
+    auto curveLength = [&](int32_t i) {
+        int32_t count = 1;
+        for (int32_t k = next[size_t(i)]; k >= 0 && points[k].Kind != KindMove; k = next[size_t(k)])
+            count++;
+        return count;
+    };
+    // The count live records from j repeat those from i in kind and position.
+    auto repeats = [&](int32_t i, int32_t j, int32_t count) {
+        for (int32_t c = 0; c < count; c++) {
+            if (j < 0) return false;
+            const WSketchPoint& a = points[i];
+            const WSketchPoint& b = points[j];
+            if (a.Kind != b.Kind || !Coincide(a.Position, b.Position)) return false;
+            i = next[size_t(i)];
+            j = next[size_t(j)];
+        }
+        return true;
+    };
+
+    std::vector<int32_t> candidates;
+    for (int32_t i = 0; i >= 0; i = next[size_t(i)]) {
+        if (points[i].Kind != KindMove || !std::isfinite(points[i].Position.x)) continue;
+        double cell = cellOf(points[i].Position.x);
+        candidates.clear();
+        auto first =
+            std::lower_bound(starts.begin(), starts.end(), cell - 1,
+                             [](const Start& start, double value) { return start.Cell < value; });
+        for (auto at = first; at != starts.end() && at->Cell <= cell + 1; ++at)
+            if (at->Index > i && Coincide(points[at->Index].Position, points[i].Position))
+                candidates.push_back(at->Index);
+        if (candidates.empty()) continue;
+        std::sort(candidates.begin(), candidates.end());
+
+        bool again = true;
+        while (again) {
+            again = false;
+            int32_t count = curveLength(i);
+            for (int32_t j : candidates) {
+                if (removed[size_t(j)] || !repeats(i, j, count)) continue;
+                // Unlink count live records from j on.
+                int32_t before = previous[size_t(j)], k = j;
+                for (int32_t c = 0; c < count; c++) {
+                    removed[size_t(k)] = 1;
+                    k = next[size_t(k)];
+                }
+                next[size_t(before)] = k;
+                if (k >= 0) previous[size_t(k)] = before;
+                DebugOutput(MString(u"Duplicate curve with ") + IntegerText(count) +
+                            " points deleted\n");
+                again = true;
+                break;
+            }
+        }
+    }
+
+    int32_t kept = 0;
+    for (int32_t k = 0; k < n; k++)
+        if (!removed[size_t(k)]) sketch.Points[kept++] = sketch.Points[k];
+    sketch.PointCount = kept;
 }
 
 // The twin's copy of everything but its own Kind.
@@ -94,13 +174,18 @@ bool WSketch::CleanUp() {
     // A lone KindMove at the end: a sketch of one record.
     if (PointCount > 0 && Points[PointCount - 1].Kind == KindMove) PointCount--;
 
-    // Empty curves.
-    for (int32_t i = 0; i + 1 < PointCount; i++) {
-        while (i + 1 < PointCount && Points[i].Kind == KindMove && Points[i + 1].Kind == KindMove) {
-            RemoveRecords(*this, i, 1);
+    // Empty curves: a KindMove that another KindMove follows. The records are
+    // kept by moving them down once, in place of removing each one by
+    // itself, which moved the whole tail at every removal.
+    int32_t kept = 0;
+    for (int32_t i = 0; i < PointCount; i++) {
+        if (i + 1 < PointCount && Points[i].Kind == KindMove && Points[i + 1].Kind == KindMove) {
             DebugOutput(u"Curve deleted with no points\n");
+            continue;
         }
+        Points[kept++] = Points[i];
     }
+    PointCount = kept;
 
     // Straight curves: both handles on the line through the two positions.
     int32_t curvesStraightened = 0;
@@ -115,69 +200,47 @@ bool WSketch::CleanUp() {
         }
     }
 
-    // Segments of no length; the removed record's handles go with it.
-    for (int32_t i = 1; i < PointCount;) {
-        uint8_t kind = Points[i].Kind;
-        if ((kind == KindLine || kind == KindCurve) &&
-            Coincide(Points[i].Position, Points[i - 1].Position))
-            RemoveRecords(*this, i, 1);
-        else
-            i++;
+    // Segments of no length; the removed record's handles go with it. Each
+    // record is measured against the last one kept before it.
+    if (PointCount > 0) {
+        kept = 1;
+        for (int32_t i = 1; i < PointCount; i++) {
+            uint8_t kind = Points[i].Kind;
+            if ((kind == KindLine || kind == KindCurve) &&
+                Coincide(Points[i].Position, Points[kept - 1].Position))
+                continue;
+            Points[kept++] = Points[i];
+        }
+        PointCount = kept;
     }
 
     // Middle points of straight runs. A change of roll along a straight track
     // is kept, so only a point whose roll equals the next one's goes.
+    // The records kept so far stand in 0 .. kept - 1, the last of them the
+    // middle of the triple; the next record is read at next. After a
+    // removal the triple before is looked at again, as the middle point's
+    // neighbours have changed; with only the first record left before it,
+    // the next record becomes the middle.
     int32_t pointsRemoved = 0;
     if (PointCount >= 3) {
-        for (int32_t i = 1; i + 1 < PointCount;) {
-            const WSketchPoint& middle = Points[i];
-            const WSketchPoint& next = Points[i + 1];
-            if (middle.Kind == KindLine && next.Kind == KindLine &&
+        kept = 2;
+        for (int32_t next = 2; next < PointCount;) {
+            const WSketchPoint& middle = Points[kept - 1];
+            const WSketchPoint& after = Points[next];
+            if (middle.Kind == KindLine && after.Kind == KindLine &&
                 IsNearZero(
-                    DistanceToLine3(Points[i - 1].Position, next.Position, middle.Position)) &&
-                Coincide(middle.Roll, next.Roll)) {
-                RemoveRecords(*this, i, 1);
+                    DistanceToLine3(Points[kept - 2].Position, after.Position, middle.Position)) &&
+                Coincide(middle.Roll, after.Roll)) {
                 pointsRemoved++;
-                if (i > 1) i--; // the triple before may now be straight too
-            } else {
-                i++;
+                kept--;
+                if (kept >= 2) continue;
             }
+            Points[kept++] = Points[next++];
         }
+        PointCount = kept;
     }
 
-    // Curves drawn twice. Only the head of a longer later curve that repeats
-    // an earlier one is removed; its remainder stays with the kinds it had.
-    // NextMove[k] is the first KindMove at k or after, so that the search
-    // visits only the starts of curves; it is made again after a removal.
-    MVector<int32_t> nextMove;
-    auto findMoves = [&] {
-        if (!nextMove.SetCount(PointCount + 1)) return;
-        nextMove[PointCount] = PointCount;
-        for (int32_t k = PointCount - 1; k >= 0; k--)
-            nextMove[k] = Points[k].Kind == KindMove ? k : nextMove[k + 1];
-    };
-    findMoves();
-    auto following = [&](int32_t k) {
-        if (k >= PointCount) return k;
-        return nextMove.Count == PointCount + 1 ? nextMove[k] : k;
-    };
-    for (int32_t i = 0; i < PointCount; i++) {
-        if (Points[i].Kind != KindMove) continue;
-        bool again = true;
-        while (again) {
-            again = false;
-            int32_t count = CurveLength(*this, i);
-            for (int32_t j = following(i + count); j < PointCount; j = following(j + 1)) {
-                if (Points[j].Kind != KindMove || !RecordsRepeat(*this, i, j, count)) continue;
-                RemoveRecords(*this, j, count);
-                findMoves();
-                DebugOutput(MString(u"Duplicate curve with ") + IntegerText(count) +
-                            " points deleted\n");
-                again = true;
-                break;
-            }
-        }
-    }
+    RemoveDuplicateCurves(*this);
 
     if (pointsRemoved > 0)
         DebugOutput(IntegerText(pointsRemoved) + " unnecessary points deleted!\n");

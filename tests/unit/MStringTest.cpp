@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <limits>
 #include <random>
 #include <string>
@@ -544,6 +545,50 @@ TEST(MString, FloatTextSweepMatchesPrintfWithTrimming) {
     EXPECT_GT(checked, 55000);
 }
 
+// Values whose millionths end in exactly one half are where a rounding rule
+// shows: the C library takes the even neighbour, and so must the text.
+TEST(MString, FloatTextRoundsExactHalvesAsPrintfDoes) {
+    int checked = 0;
+    char buffer[FloatTextSize];
+    for (int k = 1; k <= 30; k++) {
+        for (int n = -3000; n <= 3000; n++) {
+            float value = std::ldexp(float(n), -k);
+            ASSERT_EQ(Ascii(MString(value)), ExpectedFloatText(value)) << "value " << double(value);
+            ASSERT_EQ(std::string(buffer, size_t(FloatText(value, buffer))),
+                      ExpectedFloatText(value));
+            checked++;
+        }
+    }
+    EXPECT_GT(checked, 180000);
+}
+
+TEST(MString, FloatTextMatchesPrintfOverEveryRange) {
+    std::mt19937 random(7u);
+    char buffer[FloatTextSize];
+    for (int i = 0; i < 300000; i++) {
+        // Exponents spread evenly, so that tiny, ordinary and large values
+        // (beyond 2^34, where the library prints) all come often.
+        uint32_t bits = (uint32_t(random()) & 0x807FFFFFu) | (uint32_t(random() % 256) << 23);
+        float value = FloatFromBits(bits);
+        int32_t length = FloatText(value, buffer);
+        ASSERT_EQ(length, int32_t(std::strlen(buffer)));
+        if (!std::isfinite(value)) continue; // "nan" and "inf" come from the library as they are
+        ASSERT_EQ(std::string(buffer), ExpectedFloatText(value)) << "bits " << bits;
+    }
+}
+
+TEST(MString, FloatTextOfNoNumberIsTheLibrarys) {
+    char buffer[FloatTextSize];
+    char expected[FloatTextSize];
+    for (float value :
+         {std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
+          std::numeric_limits<float>::quiet_NaN()}) {
+        FloatText(value, buffer);
+        std::snprintf(expected, sizeof expected, "%f", double(value));
+        EXPECT_EQ(std::string(buffer), std::string(expected));
+    }
+}
+
 TEST(MString, FloatTextHasNoExponentOrSeparator) {
     for (float value : {1e20f, -7.5e15f, 123456789.0f, 1e-20f}) {
         std::string text = Ascii(MString(value));
@@ -570,6 +615,78 @@ TEST(MString, ParseFloatReadsNumbers) {
     EXPECT_EQ(ParseFloat(MString(u"1e3")), 1000.0f);
     EXPECT_EQ(ParseFloat(MString(u"0.1")), 0.1f); // narrowed from the double
     EXPECT_EQ(ParseFloat(MString(u"3.4e38")), 3.4e38f);
+}
+
+namespace {
+
+// What the library's wide conversion makes of the text, narrowed.
+float LibraryFloat(const std::u16string& text) {
+    std::wstring wide(text.begin(), text.end());
+    return float(std::wcstod(wide.c_str(), nullptr));
+}
+
+bool SameFloat(float a, float b) {
+    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
+}
+
+} // namespace
+
+// Plain decimals are parsed without the library; every text must still give
+// the library's float, bit for bit, the long and the odd ones included.
+TEST(MString, ParseFloatGivesTheLibrarysFloat) {
+    std::mt19937 random(99u);
+    auto digits = [&](int count) {
+        std::u16string text;
+        for (int i = 0; i < count; i++)
+            text += char16_t(u'0' + random() % 10);
+        return text;
+    };
+    int checked = 0;
+    for (int i = 0; i < 200000; i++) {
+        std::u16string text;
+        int sign = int(random() % 4);
+        if (sign == 0) text += u'-';
+        if (sign == 1 && random() % 8 == 0) text += u'+';
+        int whole = int(random() % 18), fraction = int(random() % 26);
+        if (random() % 4 == 0) text += u"000";
+        text += digits(whole);
+        if (random() % 5 != 0) text += u'.';
+        text += digits(fraction);
+        if (random() % 50 == 0) text += u"e" + digits(2);
+        if (random() % 100 == 0) text += u"x";
+        float parsed = ParseFloatUnits(text.data(), int32_t(text.size()));
+        ASSERT_TRUE(SameFloat(parsed, LibraryFloat(text))) << std::string(text.begin(), text.end());
+        ASSERT_TRUE(SameFloat(ParseFloat(MString(text.c_str())), parsed));
+        checked++;
+    }
+    for (const char16_t* odd : {u"",
+                                u"-",
+                                u"+",
+                                u".",
+                                u"-.",
+                                u"..5",
+                                u"1.2.3",
+                                u"--1",
+                                u"0x10",
+                                u"inf",
+                                u"-nan",
+                                u"1e400",
+                                u"4.9e-324",
+                                u"0.0000001",
+                                u"123456789012345",
+                                u"1234567890123456",
+                                u"0.1234567890123456789",
+                                u"\v5",
+                                u"5\f",
+                                u"9999999999999999999999"}) {
+        std::u16string text(odd);
+        float parsed = ParseFloatUnits(text.data(), int32_t(text.size()));
+        EXPECT_TRUE(SameFloat(parsed, LibraryFloat(text))) << std::string(text.begin(), text.end());
+    }
+    // Only the given units count: the text behind them is not read.
+    EXPECT_EQ(ParseFloatUnits(u"12345", 2), 12.0f);
+    EXPECT_EQ(ParseFloatUnits(nullptr, 3), 0.0f);
+    EXPECT_GT(checked, 100000);
 }
 
 TEST(MString, ParseFloatOfNoNumberIsZero) {

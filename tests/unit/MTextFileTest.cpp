@@ -7,9 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 namespace {
@@ -619,4 +621,60 @@ TEST(MTextFile, ReadTextFileOfOddSizedUtf16) {
     EXPECT_EQ(Text(ReadTextMemory(bytes.data(), int32_t(bytes.size()))), u"ABC");
     bytes = MarkBE + Utf16("AB", true) + "\x01";
     EXPECT_EQ(Text(ReadTextMemory(bytes.data(), int32_t(bytes.size()))), u"AB\u0100");
+}
+
+// ---- Lines of 8-bit text in memory against a byte at a time
+
+namespace {
+
+// Text of the kinds the readers meet, in small random pieces: numbers,
+// words, blanks and tabs, quotes, escapes, every line end, zero bytes and
+// bytes above 127.
+std::string RandomText(std::mt19937& random, int32_t pieces) {
+    static const char* const parts[] = {
+        "12", "-3.5",    "0.000001", "moveto", " ",       "  ",         "\t",
+        "\"", "\"a b\"", "<br />",   "&#34;",  "<QUOTE>", "<NEW LINE>", "\n",
+        "\r", "\r\n",    "\n\r",     "%%EOF",  "1e5",     "nan",        "x"};
+    std::string text;
+    for (int32_t i = 0; i < pieces; i++) {
+        uint32_t pick = random() % 24;
+        if (pick < 21)
+            text += parts[pick];
+        else
+            text += char(random() % 256);
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(MTextFile, LinesInMemoryReadAsByteByByteFromTheFile) {
+    std::mt19937 random(31u);
+    const MString words[] = {MString(u"moveto"), MString(u"a b"), MString(u"\""), MString()};
+    for (int32_t round = 0; round < 300; round++) {
+        std::string bytes = RandomText(random, 1 + round % 120);
+        if (round % 7 == 0 && !bytes.empty()) bytes.back() = '\r';
+        fs::path path = FreshPath("lines.txt");
+        WriteBytes(path, bytes);
+        MTextFile slow(PathText(path), false, false, 1);
+        MTextFile fast(bytes.data(), int32_t(bytes.size()));
+        ASSERT_FALSE(slow.File.InMemory);
+        for (int32_t line = 0;; line++) {
+            bool more = slow.ReadLine();
+            ASSERT_EQ(fast.ReadLine(), more) << "round " << round << " line " << line;
+            ASSERT_EQ(fast.File.Tell(), slow.File.Tell()) << "round " << round;
+            ASSERT_EQ(Text(fast.Line()), Text(slow.Line()));
+            ASSERT_EQ(fast.TokenCount(), slow.TokenCount());
+            for (int32_t i = -1; i <= slow.TokenCount(); i++) {
+                ASSERT_EQ(Text(fast.Token(i)), Text(slow.Token(i)));
+                float value = ParseFloat(slow.Token(i));
+                float quick = fast.TokenFloat(i);
+                ASSERT_TRUE(std::memcmp(&value, &quick, sizeof value) == 0 ||
+                            (value != value && quick != quick));
+                for (const MString& word : words)
+                    ASSERT_EQ(fast.TokenIs(i, word), slow.Token(i) == word);
+            }
+            if (!more) break;
+        }
+    }
 }

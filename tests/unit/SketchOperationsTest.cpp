@@ -8,6 +8,9 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -606,5 +609,182 @@ TEST_F(SketchOperations, RepeatsAmongManyCurvesAreFoundWhereverTheyStand) {
     for (int32_t i = 0; i < s.PointCount; i++) {
         EXPECT_TRUE(SameBits(s.Points[i].Position, expected[size_t(i)].Position)) << i;
         EXPECT_EQ(s.Points[i].Kind, expected[size_t(i)].Kind) << i;
+    }
+}
+
+// ---- The clean-up against a plain one
+
+namespace {
+
+// The clean-up as it reads step by step: each removal moves the records
+// behind it down at once, and the search for repeated curves tries every
+// later curve start. Kept here to show that the clean-up of the program,
+// which closes up the array once per step and looks only at curve starts
+// near each other, leaves the very same records and writes the same lines.
+bool PlainCleanUp(WSketch& s) {
+    auto remove = [&](int32_t index, int32_t count) {
+        for (int32_t i = index; i + count < s.PointCount; i++)
+            s.Points[i] = s.Points[i + count];
+        s.PointCount -= count;
+    };
+    auto curveLength = [&](int32_t start) {
+        int32_t n = 1;
+        while (start + n < s.PointCount && s.Points[start + n].Kind != KindMove)
+            n++;
+        return n;
+    };
+    const int32_t oldCount = s.PointCount;
+    if (!s.Points.Data) s.PointCount = 0;
+    WSketchPoint* p = s.Points.Data;
+    if (s.PointCount > 0) p[0].Kind = KindMove;
+    if (s.PointCount >= 2 && p[s.PointCount - 1].Kind == KindMove)
+        p[s.PointCount - 1].Kind = KindLine;
+    for (int32_t i = 0; i < s.PointCount; i++) {
+        MMatrix frame = MakePointFrame(p[i], false, false);
+        frame.M[3][0] = frame.M[3][1] = frame.M[3][2] = 0;
+        p[i].Roll = Transform(frame, MPoint3{1, 0, 0});
+    }
+    for (int32_t i = 0; i < s.PointCount; i++) {
+        int32_t twin = s.FindTwin(i);
+        if (twin < 0) continue;
+        p[twin].Position = p[i].Position;
+        p[twin].HandleIn = p[i].HandleIn;
+        p[twin].HandleOut = p[i].HandleOut;
+        p[twin].Roll = p[i].Roll;
+        p[twin].Smooth = p[i].Smooth;
+    }
+    if (s.PointCount > 0 && p[s.PointCount - 1].Kind == KindMove) s.PointCount--;
+    for (int32_t i = 0; i + 1 < s.PointCount; i++) {
+        while (i + 1 < s.PointCount && p[i].Kind == KindMove && p[i + 1].Kind == KindMove) {
+            remove(i, 1);
+            DebugOutput(u"Curve deleted with no points\n");
+        }
+    }
+    int32_t straightened = 0;
+    for (int32_t i = 1; i < s.PointCount; i++) {
+        if (p[i].Kind != KindCurve) continue;
+        if (IsNearZero(DistanceToLine3(p[i - 1].Position, p[i].Position, p[i - 1].HandleOut)) &&
+            IsNearZero(DistanceToLine3(p[i - 1].Position, p[i].Position, p[i].HandleIn))) {
+            p[i].Kind = KindLine;
+            straightened++;
+        }
+    }
+    for (int32_t i = 1; i < s.PointCount;) {
+        if ((p[i].Kind == KindLine || p[i].Kind == KindCurve) &&
+            Coincide(p[i].Position, p[i - 1].Position))
+            remove(i, 1);
+        else
+            i++;
+    }
+    int32_t removed = 0;
+    if (s.PointCount >= 3) {
+        for (int32_t i = 1; i + 1 < s.PointCount;) {
+            if (p[i].Kind == KindLine && p[i + 1].Kind == KindLine &&
+                IsNearZero(DistanceToLine3(p[i - 1].Position, p[i + 1].Position, p[i].Position)) &&
+                Coincide(p[i].Roll, p[i + 1].Roll)) {
+                remove(i, 1);
+                removed++;
+                if (i > 1) i--;
+            } else {
+                i++;
+            }
+        }
+    }
+    for (int32_t i = 0; i < s.PointCount; i++) {
+        if (p[i].Kind != KindMove) continue;
+        bool again = true;
+        while (again) {
+            again = false;
+            int32_t count = curveLength(i);
+            for (int32_t j = i + count; j < s.PointCount; j++) {
+                if (p[j].Kind != KindMove || j + count > s.PointCount) continue;
+                bool same = true;
+                for (int32_t k = 0; k < count && same; k++)
+                    same = p[i + k].Kind == p[j + k].Kind &&
+                           Coincide(p[i + k].Position, p[j + k].Position);
+                if (!same) continue;
+                remove(j, count);
+                DebugOutput(MString(u"Duplicate curve with ") + IntegerText(count) +
+                            " points deleted\n");
+                again = true;
+                break;
+            }
+        }
+    }
+    if (removed > 0) DebugOutput(IntegerText(removed) + " unnecessary points deleted!\n");
+    if (straightened > 0)
+        DebugOutput(IntegerText(straightened) + " unnecessary curves changed into lines\n");
+    if (s.PointCount != oldCount) s.Current = -1;
+    if (s.PointCount > 1) return true;
+    s.PointCount = 0;
+    s.Current = -1;
+    return false;
+}
+
+// Sketches that give every step of the clean-up work: positions on a coarse
+// grid (so that points repeat, line up and close curves), runs of moves,
+// curves drawn again whole or as the head of a longer one, odd values.
+std::vector<WSketchPoint> Untidy(std::mt19937& random, int32_t count) {
+    std::vector<WSketchPoint> records;
+    auto grid = [&](int32_t cells) { return float(int32_t(random() % uint32_t(cells)) * 5); };
+    while (int32_t(records.size()) < count) {
+        uint32_t what = random() % 10;
+        if (what == 0 && records.size() > 4) {
+            // An earlier curve again, perhaps with more behind it.
+            size_t start = random() % records.size();
+            while (start > 0 && records[start].Kind != KindMove)
+                start--;
+            size_t end = start + 1;
+            while (end < records.size() && records[end].Kind != KindMove)
+                end++;
+            for (size_t k = start; k < end; k++)
+                records.push_back(records[k]);
+            continue;
+        }
+        uint8_t kind = what < 2 ? KindMove : what < 6 ? KindLine : KindCurve;
+        WSketchPoint r = Record(grid(6), grid(6), what == 9 ? grid(3) : 0, kind);
+        if (kind == KindCurve) {
+            r.HandleIn = P3(r.Position.x - grid(3), r.Position.y, r.Position.z + grid(2));
+            r.HandleOut = P3(r.Position.x + grid(3), r.Position.y, r.Position.z);
+        }
+        uint32_t roll = random() % 6;
+        r.Roll = roll == 0 ? P3(0, 0, 0) : roll == 1 ? P3(1, 0, 0) : P3(0, 0, 1);
+        if (random() % 200 == 0) r.Position.x = std::numeric_limits<float>::quiet_NaN();
+        if (random() % 300 == 0) r.Position.y = std::numeric_limits<float>::infinity();
+        r.Smooth = uint8_t(random() % 2);
+        records.push_back(r);
+    }
+    return records;
+}
+
+} // namespace
+
+TEST_F(SketchOperations, CleanUpLeavesWhatThePlainCleanUpLeaves) {
+    std::mt19937 random(4242u);
+    for (int32_t round = 0; round < 400; round++) {
+        int32_t count = round < 300 ? 2 + round % 40 : 3000;
+        std::vector<WSketchPoint> records = Untidy(random, count);
+
+        Fill(*TheSketch, records);
+        TheSketch->Current = 0;
+        StartDebugCapture();
+        bool plain = PlainCleanUp(*TheSketch);
+        std::u16string plainLines = Text(StopDebugCapture());
+        std::vector<WSketchPoint> expected = Records(*TheSketch);
+        int32_t expectedCurrent = TheSketch->Current;
+
+        Fill(*TheSketch, records);
+        TheSketch->Current = 0;
+        StartDebugCapture();
+        bool fast = TheSketch->CleanUp();
+        std::u16string lines = Text(StopDebugCapture());
+
+        ASSERT_EQ(fast, plain) << "round " << round;
+        ASSERT_EQ(lines, plainLines) << "round " << round;
+        ASSERT_EQ(TheSketch->Current, expectedCurrent) << "round " << round;
+        ASSERT_EQ(TheSketch->PointCount, int32_t(expected.size())) << "round " << round;
+        for (size_t i = 0; i < expected.size(); i++)
+            ASSERT_TRUE(SameRecordBits(TheSketch->Points[int32_t(i)], expected[i]))
+                << "round " << round << " record " << i;
     }
 }
