@@ -68,23 +68,30 @@ figure "title after start" "$(ms "$started" "$titled")" "$(main_title)"
 # its frame is the first with many black pixels.
 window_geometry
 area=("$WIN_X" $((WIN_Y + 40)) "$WIN_W" $((WIN_H - 40)))
-read -r framed dark < <(python3 "$probe" "${area[@]}" wait-dark 2000 600) ||
-  fail "no frame of the sketch within 600 s"
+python3 "$probe" "${area[@]}" wait-dark 2000 600 >"$OUT/first-frame.txt" &
+watcher=$!
+# The keyboard reaches the window once the user has clicked it (there is
+# no window manager to give it the focus): a click on the menu bar's end,
+# which waits in the queue while the first frame is drawn.
+activate_main_window
+wait "$watcher" || fail "no frame of the sketch within 600 s"
+read -r framed dark <"$OUT/first-frame.txt"
 figure "first frame" "$(ms "$titled" "$framed")" "after the title; $dark black pixels, $points points"
 
-# The keyboard reaches the window once the user has clicked it (there is
-# no window manager to give it the focus): a click on the menu bar's end.
-activate_main_window
 sleep 1
+
+# The program reads the cursor when it handles a message, and handles none
+# during a frame: each step of a gesture waits a frame's time, so that the
+# step before it has been handled where the pointer then stood.
+settle=$(awk -v a="$titled" -v b="$framed" 'BEGIN { printf "%.1f", (b - a) * 1.3 + 1 }')
 
 # Orbit: Ctrl and the right button held at an empty corner, one move.
 corner_x=$((WIN_W - 40)) corner_y=$((WIN_H - 40))
 xdotool mousemove --window "$WID" "$corner_x" "$corner_y"
-sleep 1
+sleep "$settle"
 xdotool keydown ctrl
-sleep 0.3
 xdotool mousedown 3
-sleep 1
+sleep "$settle"
 python3 "$probe" "${area[@]}" save "$OUT/before-orbit.raw"
 moved=$(now)
 xdotool mousemove --window "$WID" "$corner_x" $((corner_y - 60))
@@ -93,7 +100,7 @@ read -r changed rested count < <(python3 "$probe" "${area[@]}" wait-change "$OUT
 xdotool mouseup 3
 xdotool keyup ctrl
 figure "orbit frame" "$(ms "$moved" "$changed")" "at rest after $(ms "$moved" "$rested") ms; $count pixels changed"
-sleep 1
+sleep "$settle"
 
 # Zoom: one notch of the wheel towards the user.
 python3 "$probe" "${area[@]}" save "$OUT/before-zoom.raw"
@@ -102,13 +109,13 @@ xdotool click 5
 read -r changed rested count < <(python3 "$probe" "${area[@]}" wait-change "$OUT/before-zoom.raw" 600) ||
   fail "the zoom did not reach the screen"
 figure "zoom frame" "$(ms "$turned" "$changed")" "at rest after $(ms "$turned" "$rested") ms; $count pixels changed"
-sleep 1
+sleep "$settle"
 
 # Save: the file is written beside the target and then moved over it, so a
 # new inode means the file stands complete.
 before=$(stat -c %i "$sketch")
 xdotool mousemove --window "$WID" 20 $((WIN_H - 20))
-sleep 0.5
+sleep "$settle"
 pressed=$(now)
 xdotool key ctrl+s
 until [ "$(stat -c %i "$sketch" 2>/dev/null)" != "$before" ] && [ -s "$sketch" ]; do
