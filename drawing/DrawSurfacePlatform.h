@@ -30,5 +30,10 @@ void PlatformText(MDrawSurface& surface, int32_t left, int32_t top, int32_t righ
 // opacity 1 and linear interpolation, and released.
 void PlatformBitmap(MDrawSurface& surface, void* source, const MDrawRect& destination);
 
+// Windows build: true (the default) gathers lines, rectangles and squares
+// into batches; false hands each shape to Direct2D on its own, which the
+// tests compare with the batches pixel for pixel.
+extern bool TheDrawBatching;
+
 // Raises TheSurfaceCount once for a surface made by either creation.
 void CountSurface(MDrawSurface& surface);

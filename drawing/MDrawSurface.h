@@ -133,7 +133,8 @@ struct MDrawSurface {
     int32_t FontHorizontal = 0; // 0 centred, 1 right, any other value left
     int32_t FontVertical = 0;   // 0 centred, 1 bottom, any other value top
     bool FontWrap = true;
-    bool Counted = false; // the creation raised TheSurfaceCount and the release has not lowered it
+    bool Counted = false;  // the creation raised TheSurfaceCount and the release has not lowered it
+    void* Batch = nullptr; // Windows build: shapes gathered for one Direct2D call, owned
 
     // Native build only: the calls that would have reached the platform, in
     // order, and the distinct texts and font families they name.

@@ -3,6 +3,7 @@
 // screen behind a window surface. Colours are checked away from the edges,
 // where anti-aliasing blends them.
 
+#include "drawing/DrawSurfacePlatform.h"
 #include "drawing/MDrawSurface.h"
 #include "drawing/MPicture.h"
 #include "foundation/MString.h"
@@ -13,6 +14,10 @@
 #include "view/WView.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
 
 #include <windows.h>
 
@@ -236,6 +241,165 @@ TEST_F(DrawSurfaceWin, ReleaseDropsEverythingAndLowersTheCount) {
     EXPECT_EQ(surface.DcTarget, nullptr);
     EXPECT_EQ(surface.WriteFactory, nullptr);
     EXPECT_EQ(surface.Factory, nullptr);
+}
+
+// ---- Batches
+
+namespace {
+
+const MColour HalfBlack{0, 0, 0, 128};
+const MColour HalfRed{0, 0, 255, 128};
+
+// Draws the same scene twice, with batches and with every shape on its own,
+// and counts the pixels that differ; ink counts the pixels the batched
+// drawing left not white, so that an empty scene cannot pass.
+struct BatchComparison {
+    int Differing = 0;
+    int Ink = 0;
+    int FirstX = -1, FirstY = -1;
+};
+
+BatchComparison CompareBatched(int width, int height,
+                               const std::function<void(MDrawSurface&)>& scene) {
+    BatchComparison result;
+    MemoryCanvas batched(width, height), single(width, height);
+    for (int pass = 0; pass < 2; pass++) {
+        MemoryCanvas& canvas = pass == 0 ? batched : single;
+        TheDrawBatching = pass == 0;
+        MDrawSurface surface;
+        surface.CreateForDc(canvas.Dc, WRect{0, 0, width, height});
+        if (surface.Begin()) {
+            surface.Clear(White);
+            scene(surface);
+            surface.End();
+        }
+        surface.Release();
+    }
+    TheDrawBatching = true;
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++) {
+            Rgb a = batched.At(x, y), b = single.At(x, y);
+            if (a.r != 255 || a.g != 255 || a.b != 255) result.Ink++;
+            if (a.r != b.r || a.g != b.g || a.b != b.b) {
+                if (result.Differing++ == 0) {
+                    result.FirstX = x;
+                    result.FirstY = y;
+                }
+            }
+        }
+    return result;
+}
+
+} // namespace
+
+TEST_F(DrawSurfaceWin, BatchedShapesDrawTheSamePixelsAsShapesOneByOne) {
+    BatchComparison result = CompareBatched(400, 300, [](MDrawSurface& surface) {
+        // A polyline in one colour and width, then the same in another width,
+        // crossing each other; joined segments of a translucent colour.
+        for (int i = 0; i < 40; i++) {
+            float x = 10 + i * 9.0f;
+            surface.DrawLine(MPoint2{x, 40 + 20 * std::sin(i * 0.7f)},
+                             MPoint2{x + 9, 40 + 20 * std::sin((i + 1) * 0.7f)}, 2, Black);
+        }
+        for (int i = 0; i < 20; i++)
+            surface.DrawLine(MPoint2{20.0f + i * 17, 10}, MPoint2{30.0f + i * 17, 80}, 5, Black);
+        for (int i = 0; i < 20; i++)
+            surface.DrawLine(MPoint2{20.0f + i * 17, 80}, MPoint2{37.0f + i * 17, 20}, 3, Red);
+        for (int i = 0; i < 20; i++)
+            surface.DrawLine(MPoint2{10.0f + i * 12, 100}, MPoint2{22.0f + i * 12, 130}, 4,
+                             HalfRed);
+        // Marks: translucent squares that overlap their neighbours, circles
+        // and squares of every kind between them, and a text in the middle.
+        for (int i = 0; i < 30; i++) {
+            float x = 15 + i * 12.0f, y = 170 + (i % 3) * 6.0f;
+            surface.DrawRectangle(MDrawRect{x - 8, y - 8, x + 8, y + 8}, HalfBlack);
+            if (i % 5 == 0) surface.DrawCircle(MPoint2{x, y + 30}, 8, HalfBlack, true, 2, true);
+            if (i % 7 == 0) surface.DrawCircle(MPoint2{x, y + 30}, 12, Blue, false, 2, true);
+            if (i % 4 == 1)
+                surface.DrawSquare(MPoint2{x, y + 60}, 8, Green, false, 2, i * 0.3f, true);
+            if (i % 4 == 3) surface.DrawSquare(MPoint2{x, y + 60}, 8, HalfRed, true, 1, 0.5f, true);
+            if (i == 15)
+                surface.DrawText(MDrawRect{100, 140, 300, 200}, MString(u"Batch"),
+                                 MString(u"Tahoma"), 30, Red, AlignNear, AlignNear, false);
+        }
+        // The same colour again after the text: a new batch, over the text.
+        surface.DrawLine(MPoint2{90, 160}, MPoint2{320, 160}, 6, Black);
+        surface.DrawLine(MPoint2{90, 290}, MPoint2{390, 280}, 1, Green);
+    });
+    EXPECT_GT(result.Ink, 15000) << "the scene drew";
+    EXPECT_EQ(result.Differing, 0) << "first at (" << result.FirstX << ", " << result.FirstY << ")";
+}
+
+TEST_F(DrawSurfaceWin, BatchesLongerThanTheirLimitDrawEveryLine) {
+    // 600 short lines of one colour and width: three batches in a row.
+    BatchComparison result = CompareBatched(300, 200, [](MDrawSurface& surface) {
+        for (int i = 0; i < 600; i++) {
+            float x = 5 + (i % 60) * 4.8f, y = 10 + (i / 60) * 18.0f;
+            surface.DrawLine(MPoint2{x, y}, MPoint2{x + 3, y + 12}, 1, Black);
+        }
+    });
+    EXPECT_GT(result.Ink, 600 * 8);
+    EXPECT_EQ(result.Differing, 0) << "first at (" << result.FirstX << ", " << result.FirstY << ")";
+}
+
+TEST_F(DrawSurfaceWin, OverlappingTranslucentShapesStillBlendTwice) {
+    MemoryCanvas canvas(100, 60);
+    MDrawSurface surface;
+    surface.CreateForDc(canvas.Dc, WRect{0, 0, 100, 60});
+    ASSERT_TRUE(surface.Begin());
+    surface.Clear(White);
+    surface.DrawRectangle(MDrawRect{10, 10, 50, 50}, HalfBlack);
+    surface.DrawRectangle(MDrawRect{30, 10, 70, 50}, HalfBlack);
+    surface.DrawLine(MPoint2{75, 30}, MPoint2{95, 30}, 6, HalfBlack);
+    surface.DrawLine(MPoint2{85, 10}, MPoint2{85, 50}, 6, HalfBlack);
+    surface.End();
+    surface.Release();
+    EXPECT_TRUE(IsColour(canvas.At(20, 30), 127, 127, 127)) << "one square";
+    EXPECT_TRUE(IsColour(canvas.At(40, 30), 63, 63, 63)) << "both squares";
+    EXPECT_TRUE(IsColour(canvas.At(60, 30), 127, 127, 127)) << "the other square";
+    EXPECT_TRUE(IsColour(canvas.At(78, 30), 127, 127, 127)) << "one line";
+    EXPECT_TRUE(IsColour(canvas.At(85, 30), 63, 63, 63)) << "where the lines cross";
+}
+
+TEST_F(DrawSurfaceWin, ABatchKeepsItsPlaceBetweenTextsAndColours) {
+    // Two red lines with a square, a green line and a text between them: the
+    // second red line must not join the batch of the first.
+    MemoryCanvas canvas(200, 100);
+    MDrawSurface surface;
+    surface.CreateForDc(canvas.Dc, WRect{0, 0, 200, 100});
+    ASSERT_TRUE(surface.Begin());
+    surface.Clear(White);
+    surface.DrawLine(MPoint2{10, 50}, MPoint2{190, 50}, 10, Red);
+    surface.DrawRectangle(MDrawRect{40, 30, 60, 70}, Blue);
+    surface.DrawLine(MPoint2{10, 50}, MPoint2{100, 50}, 4, Green);
+    surface.DrawText(MDrawRect{120, 60, 200, 100}, MString(u"Tx"), MString(u"Tahoma"), 20, Black,
+                     AlignNear, AlignNear, false);
+    surface.DrawLine(MPoint2{70, 10}, MPoint2{70, 90}, 4, Red);
+    surface.End();
+    surface.Release();
+    EXPECT_TRUE(IsColour(canvas.At(20, 46), 255, 0, 0)) << "the first line, beside the green";
+    EXPECT_TRUE(IsColour(canvas.At(45, 60), 0, 0, 255)) << "the square over the red line";
+    EXPECT_TRUE(IsColour(canvas.At(50, 50), 0, 255, 0)) << "the green line over the square";
+    EXPECT_TRUE(IsColour(canvas.At(70, 50), 255, 0, 0)) << "the last line over the green";
+    EXPECT_TRUE(IsColour(canvas.At(70, 20), 255, 0, 0));
+    EXPECT_GT(canvas.Inked(120, 60, 200, 100), 20) << "the text";
+}
+
+TEST_F(DrawSurfaceWin, ShapesOutsideTheTargetOrNotFiniteSpoilNoBatch) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float huge = std::numeric_limits<float>::infinity();
+    BatchComparison result = CompareBatched(200, 100, [&](MDrawSurface& surface) {
+        surface.DrawLine(MPoint2{10, 20}, MPoint2{190, 20}, 2, Black);
+        surface.DrawLine(MPoint2{-500, -500}, MPoint2{-400, -450}, 2, Black);
+        surface.DrawLine(MPoint2{nan, 10}, MPoint2{50, 10}, 2, Black);
+        surface.DrawLine(MPoint2{10, 40}, MPoint2{huge, 40}, 2, Black);
+        surface.DrawLine(MPoint2{10, 60}, MPoint2{190, 60}, 2, Black);
+        surface.DrawRectangle(MDrawRect{300, 10, 320, 30}, Black);
+        surface.DrawCircle(MPoint2{-50, 50}, 10, Black, true, 1, true);
+        surface.DrawRectangle(MDrawRect{20, 70, 40, 90}, Black);
+    });
+    EXPECT_EQ(result.Differing, 0) << "first at (" << result.FirstX << ", " << result.FirstY << ")";
+    EXPECT_GT(result.Ink, 2 * 180 * 2 + 400 - 40);
 }
 
 // ---- On a window
